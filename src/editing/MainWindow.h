@@ -1,0 +1,138 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "editing/undo/UndoManager.h"
+#include "stringset/LocalizedStringSet.h"
+#include "ui/Notifications.h"
+#include "ui/OptionsButton.h"
+#include "ui/SimpleSplitter.h"
+#include "ui/toolkit/Label.h"
+#include "ui/toolkit/Listbox.h"
+#include "ui/toolkit/PopupMenu.h"
+#include "ui/toolkit/TextEditor.h"
+#include "ui/toolkit/Window.h"
+
+namespace sorbel {
+
+/// The editing of one locale file: the document, its undo history and the controls. Its methods stand in one
+/// .cpp for each subject; what they decide is worked out in editing/rules.
+class MainWindow : public Window, public Listener {
+  public:
+    /// A window on a file. Fails with a RuntimeException if the file cannot be read.
+    static std::shared_ptr<MainWindow> Create(Application& app, const std::shared_ptr<FolderItem>& f);
+    explicit MainWindow(Application& app);  // use Create
+    ~MainWindow() override;
+
+    [[nodiscard]] String ClassName() const override { return "MainWindow"; }
+
+    // --- Controls, in creation order ---
+    Listbox ListBox1;
+    TextArea LocalizedValueField;
+    TextArea DefaultValueFieldLong;
+    Label DefaultValueLabel;
+    Label TranslationText;
+    SimpleSplitter SimpleSplitter1;
+    SimpleSplitter SimpleSplitter2;
+    Label StaticText3;
+    TextField SearchField;
+    Label StaticText4;
+    Label NameField;
+    PopupMenu HistoryFilter;
+    TextArea HistoryDefaultValueFieldLong;
+    Label HistoryDefaultValueLabel;
+    OptionsButton SearchOptionsMenu;
+
+    // --- The document and the state of the window ---
+    std::shared_ptr<LocalizedStringSet> ActiveHistory;  ///< the version compared with, or null
+    bool DefaultChecked = true;
+    /// By place in `Entries`, whether the string is new or changed since `ActiveHistory`. A place beyond the
+    /// end counts as to be shown, so without a version it is empty.
+    std::vector<bool> HistoryFilterShouldShow;
+    bool IsDirty = false;
+    /// Above 0 while the window itself writes the panes or the document: a counter, since assignments nest.
+    int64_t IsInternalChange = 0;
+    int64_t LastScrollPosition = 0;
+    String lastSelectedItem;
+    std::shared_ptr<FolderItem> mDiskFile;
+    bool NameChecked = true;
+    std::shared_ptr<LocalizedStringSet> StringSet;
+    bool TranslatedChecked = true;
+    std::unique_ptr<UndoManager> undoManager;
+
+    // --- Lifecycle (MainWindowLifecycle.cpp) ---
+    void SaveFile();
+    void UpdateProxyIcon();
+    void UpdateLanguage();
+
+    // --- List (MainWindowList.cpp) ---
+    void ShowAllStrings();
+
+    // --- Filtering and search (MainWindowFilter.cpp) ---
+    void FilterStrings();
+
+    // --- Value editor (MainWindowEditor.cpp, MainWindowLayout.cpp) ---
+    void ShowDefaultValue();
+    void ValueChanged(StringView identifier) override;
+    void RepositionDefaultValueFields();
+
+    // --- History (MainWindowHistory.cpp) ---
+    void RebuildHistoryPopup();
+    void DetermineChangedStrings(std::shared_ptr<LocalizedStringSet> older);
+
+    // --- Painting (MainWindowPainting.cpp) ---
+    [[nodiscard]] static String TruncateString(Graphics& g, StringView text, int64_t maxWidth);
+    [[nodiscard]] static String TruncateString(Graphics& g, StringView text, int64_t maxWidth,
+                                               bool& truncated);
+
+    // --- Events of the window ---
+    void Event_Close() override;
+    bool Event_CancelClose(bool appQuitting) override;
+    void Event_Resized() override { RepositionDefaultValueFields(); }
+    void Event_Resizing() override { RepositionDefaultValueFields(); }
+    void Event_EnableMenuItems() override;
+
+  private:
+    void Constructor(const std::shared_ptr<FolderItem>& f);
+    void SetUpControls();
+    void BindEvents();
+    void AddMenuHandlers();
+    [[nodiscard]] bool OnlyNonlocalized() const;
+    [[nodiscard]] MenuItem* Item(StringView name) const;
+    void EnableItem(StringView name, bool enabled) const;
+
+    // Menu handlers; true: dealt with.
+    bool _EditRedo_Action();
+    bool _EditUndo_Action();
+    bool _FileClose_Action();
+    bool _FileSave_Action();
+    bool _LocalizationNextItem_Action();
+    bool _LocalizationOnlyShowNonlocalizedStrings_Action();
+    bool _LocalizationPreviousSring_Action();
+
+    // Events of the controls.
+    void ListBox1_Change();
+    void ListBox1_ExpandRow(int64_t row);
+    bool ListBox1_CellClick(int64_t row);
+    bool ListBox1_CellTextPaint(Graphics& g, int64_t row);
+    [[nodiscard]] String ListBox1_DescribeRow(int64_t row) const;
+    void LocalizedValueField_TextChange();
+    void SimpleSplitter1_Moved();
+    void SimpleSplitter2_Moved();
+    void HistoryFilter_Change();
+    bool SearchOptionsMenu_MouseDown();
+
+    void ShowNoSelection();
+    void ShowSelectedRow(int64_t row);
+    void FlipScope(StringView caption);
+    void AddMatches(const SharedText& identifier, const PlatformTable& entry, const Finder& term);
+    [[nodiscard]] bool IsShown(size_t place) const;
+    void BringDirtyInStep();
+    void DrawPlatformIcons(Graphics& g, const PlatformTable& entry) const;
+    [[nodiscard]] Color SystemTextColor() const;
+    [[nodiscard]] Color DisabledTextColor() const;
+};
+
+}  // namespace sorbel

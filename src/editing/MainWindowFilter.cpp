@@ -1,0 +1,102 @@
+#include <optional>
+
+#include "editing/MainWindow.h"
+#include "editing/PlatformIcons.h"
+#include "editing/rules/Matching.h"
+#include "ui/toolkit/Application.h"
+
+namespace sorbel {
+
+namespace {
+
+constexpr StringView NameScope = "Name";
+constexpr StringView DefaultScope = "Default Value";
+constexpr StringView TranslatedScope = "Translated Value";
+
+std::unique_ptr<MenuItem> MakeMenu(StringView text, bool checked) {
+    auto item = std::make_unique<MenuItem>(String(), String(text));
+    item->Checked = checked;
+    return item;
+}
+
+}  // namespace
+
+bool MainWindow::OnlyNonlocalized() const {
+    const MenuItem* item = Item("LocalizationOnlyShowNonlocalizedStrings");
+    return item && item->Checked;
+}
+
+bool MainWindow::IsShown(size_t place) const {
+    return place >= HistoryFilterShouldShow.size() || HistoryFilterShouldShow[place];
+}
+
+void MainWindow::FilterStrings() {
+    const String term = Trim(SearchField.Text());
+    if (term.empty()) {
+        ShowAllStrings();
+        return;
+    }
+    ListBox1.DeleteAllRows();
+    const Finder finder(term);
+    std::optional<int64_t> selected;
+    size_t place = 0;
+    for (const auto& [identifier, entry] : StringSet->Entries) {
+        if (IsShown(place++)) AddMatches(identifier, entry, finder);
+        // Meant: the selection is kept by comparing the text last clicked with the new row's text, which is
+        // the identifier of a name match and empty for a value match. With no text clicked, every value match
+        // is the one, and the last of them stays selected. Assigned once: each assignment replaces the one
+        // before.
+        if (Equal(ListBox1.Cell(ListBox1.LastIndex()), lastSelectedItem)) selected = ListBox1.LastIndex();
+    }
+    if (selected) ListBox1.SetListIndex(*selected);
+    ListBox1.SetScrollPosition(LastScrollPosition);
+}
+
+void MainWindow::AddMatches(const SharedText& identifier, const PlatformTable& entry, const Finder& term) {
+    const SearchScopes scopes{NameChecked, DefaultChecked, TranslatedChecked};
+    if (MatchesName(identifier, term, scopes)) {
+        ListBox1.AddFolder(identifier);
+        ListBox1.SetTextTag(ListBox1.LastIndex(), identifier);
+        ListBox1.SetNumberTag(ListBox1.LastIndex(), PlatformAny);
+        return;
+    }
+    for (int64_t index = 0; index < entry.Count(); ++index) {
+        const PlatformTable::Item& item = entry.ItemAt(index);
+        if (!MatchesValue(item.Value, term, scopes)) continue;
+        ListBox1.AddRow({});
+        const int64_t last = ListBox1.LastIndex();
+        ListBox1.SetTextTag(last, identifier);
+        ListBox1.SetNumberTag(last, item.Platform);
+        ListBox1.SetRowPicture(last, PlatformIcon(item.Platform, SystemTextColor()));
+    }
+}
+
+bool MainWindow::SearchOptionsMenu_MouseDown() {
+    MenuItem root({}, {});
+    root.Append(MakeMenu(NameScope, NameChecked));
+    root.Append(MakeMenu(DefaultScope, DefaultChecked));
+    root.Append(MakeMenu(TranslatedScope, TranslatedChecked));
+    const MenuItem* chosen =
+        App().Desktop().PopUp(root, Left() + SearchOptionsMenu.Left(),
+                              Top() + SearchOptionsMenu.Top() + SearchOptionsMenu.Height());
+    if (!chosen) return true;
+    FlipScope(chosen->Text());
+    // The text as it stands: one of blanks only rebuilds the whole list.
+    if (!SearchField.Text().empty()) FilterStrings();
+    return true;
+}
+
+void MainWindow::FlipScope(StringView caption) {
+    if (caption == NameScope) NameChecked = !NameChecked;
+    if (caption == DefaultScope) DefaultChecked = !DefaultChecked;
+    if (caption == TranslatedScope) TranslatedChecked = !TranslatedChecked;
+}
+
+/// The check mark is a single state of the application; lists of other windows follow at their next rebuild.
+bool MainWindow::_LocalizationOnlyShowNonlocalizedStrings_Action() {
+    if (MenuItem* item = Item("LocalizationOnlyShowNonlocalizedStrings")) item->Checked = !item->Checked;
+    FilterStrings();
+    return true;
+}
+
+}  // namespace sorbel

@@ -1,0 +1,73 @@
+#include "editing/MainWindow.h"
+#include "language/LocalizationSupport.h"
+#include "ui/toolkit/Application.h"
+#include "ui/toolkit/Dialogs.h"
+
+namespace sorbel {
+
+std::shared_ptr<MainWindow> MainWindow::Create(Application& app, const std::shared_ptr<FolderItem>& f) {
+    auto window = std::make_shared<MainWindow>(app);
+    window->Constructor(f);
+    return window;
+}
+
+MainWindow::~MainWindow() {
+    // A window whose file could not be read was never opened, so never closed.
+    if (StringSet) Notifications::RemoveObserver(StringSet.get(), *this);
+}
+
+void MainWindow::Constructor(const std::shared_ptr<FolderItem>& f) {
+    StringSet = std::make_shared<LocalizedStringSet>();
+    Notifications::AddObserver(StringSet.get(), *this);
+    if (!StringSet->ReadFile(*f)) throw RuntimeException("The file is not a valid locale file.");
+    ShowAllStrings();
+    mDiskFile = f;
+    SetTitle(f->DisplayName());
+    undoManager = std::make_unique<UndoManager>([this] { App().EnableMenuItems(); });
+    UpdateProxyIcon();
+    UpdateLanguage();
+    RebuildHistoryPopup();
+}
+
+void MainWindow::SaveFile() {
+    StringSet->WriteFile(*mDiskFile);
+    undoManager->MarkSave();
+    IsDirty = false;
+    UpdateProxyIcon();
+}
+
+void MainWindow::UpdateProxyIcon() {
+    SetRepresentedFile(mDiskFile);
+    SetContentsChanged(IsDirty);
+}
+
+void MainWindow::UpdateLanguage() {
+    const String language = LocalizationSupport::ISOCodeToLangauge(StringSet->Language);
+    TranslationText.SetText(language.empty() ? "&Translation:" : language + " &Translation:");
+}
+
+void MainWindow::BringDirtyInStep() {
+    if (undoManager->HasChangedSinceSave() == IsDirty) return;
+    IsDirty = !IsDirty;
+    UpdateProxyIcon();
+}
+
+bool MainWindow::Event_CancelClose(bool /*appQuitting*/) {
+    if (!IsDirty) return false;
+    MessageDialog dialog;
+    dialog.Message = "Do you want to save changes?";
+    dialog.ActionButton.Caption = "&Save";
+    dialog.CancelButton.Visible = true;
+    dialog.AlternateActionButton.Caption = "&Don't Save";
+    dialog.AlternateActionButton.Visible = true;
+    const MessageDialogButton* pressed = dialog.ShowModalWithin(*this);
+    if (pressed == &dialog.CancelButton) return true;
+    if (pressed == &dialog.ActionButton) StringSet->WriteFile(*mDiskFile);
+    return false;
+}
+
+void MainWindow::Event_Close() {
+    Notifications::RemoveObserver(StringSet.get(), *this);
+}
+
+}  // namespace sorbel

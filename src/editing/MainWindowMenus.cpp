@@ -1,0 +1,54 @@
+#include "editing/MainWindow.h"
+#include "ui/toolkit/Application.h"
+
+namespace sorbel {
+
+void MainWindow::AddMenuHandlers() {
+    AddMenuHandler("EditRedo", [this] { return _EditRedo_Action(); });
+    AddMenuHandler("EditUndo", [this] { return _EditUndo_Action(); });
+    AddMenuHandler("FileClose", [this] { return _FileClose_Action(); });
+    AddMenuHandler("FileSave", [this] { return _FileSave_Action(); });
+    AddMenuHandler("LocalizationNextItem", [this] { return _LocalizationNextItem_Action(); });
+    AddMenuHandler("LocalizationOnlyShowNonlocalizedStrings",
+                   [this] { return _LocalizationOnlyShowNonlocalizedStrings_Action(); });
+    AddMenuHandler("LocalizationPreviousSring", [this] { return _LocalizationPreviousSring_Action(); });
+}
+
+void MainWindow::Event_EnableMenuItems() {
+    EnableItem("EditUndo", undoManager->HasUndo());
+    EnableItem("EditRedo", undoManager->HasRedo());
+    EnableItem("FileSave", IsDirty);
+    EnableItem("ExportExportandRun", StringSet->EditedApplication != nullptr);
+}
+
+bool MainWindow::_EditRedo_Action() {
+    undoManager->Redo();
+    BringDirtyInStep();
+    return true;
+}
+
+bool MainWindow::_EditUndo_Action() {
+    undoManager->Undo();
+    BringDirtyInStep();
+    return true;
+}
+
+bool MainWindow::_FileClose_Action() {
+    Close();
+    return true;
+}
+
+bool MainWindow::_FileSave_Action() {
+    SaveFile();
+    return false;
+}
+
+MenuItem* MainWindow::Item(StringView name) const {
+    return MenuBar() ? MenuBar()->FindByName(name) : nullptr;
+}
+
+void MainWindow::EnableItem(StringView name, bool enabled) const {
+    if (MenuItem* item = Item(name)) item->Enabled = enabled;
+}
+
+}  // namespace sorbel

@@ -1,0 +1,25 @@
+#include "editing/changes/ImportChange.h"
+
+#include <algorithm>
+
+namespace sorbel {
+
+void ImportChange::Execute() {
+    for (const auto& change : Changes)
+        change->Perform();
+    if (StringSet) StringSet->History.insert(StringSet->History.end(), Histories.begin(), Histories.end());
+}
+
+// Each change knows the value from before the whole import, so the order does not matter.
+void ImportChange::Unexecute() {
+    for (const auto& change : Changes)
+        change->Undo();
+    if (!StringSet) return;
+    auto& history = StringSet->History;
+    for (const auto& snapshot : Histories) {
+        const auto found = std::find(history.begin(), history.end(), snapshot);
+        if (found != history.end()) history.erase(found);
+    }
+}
+
+}  // namespace sorbel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "editing/undo/Action.h"
+#include "stringset/LocalizedStringSet.h"
+
+namespace sorbel {
+
+/// One edit of the translated value of one string on one platform. Edits of the same value within half a
+/// second of each other join into one.
+class StringSetChange : public Action {
+  public:
+    /// Reads the set and changes nothing. An empty `originalValue` takes the default value from the set: that
+    /// of the platform, or else that of the Any platform.
+    StringSetChange(std::shared_ptr<LocalizedStringSet> set, StringView identifier, int64_t platform,
+                    StringView newValue, StringView originalValue);
+
+  protected:
+    bool CombineWith(const Action& other) override;
+    void Execute() override;
+    void Unexecute() override;
+
+  private:
+    void Store(StringView value);
+
+    String mIdentifier;
+    String mNewValue;
+    String mOldValue;
+    String mOriginalValue;
+    int64_t mPlatform;
+    std::shared_ptr<LocalizedStringSet> mSet;
+    int64_t mTime;  // ticks of the latest keystroke in this change
+};
+
+}  // namespace sorbel

@@ -1,0 +1,11 @@
+#include "platform/BinaryStream.h"
+
+namespace sorbel {
+
+void BinaryStream::Write(StringView bytes) {
+    if (!mBlock) throw IOException("The stream is open for reading only.");
+    mBlock->Bytes.replace(mPosition, bytes.size(), bytes);
+    mPosition += bytes.size();
+}
+
+}  // namespace sorbel

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+#include "platform/Exceptions.h"
+#include "platform/FileContents.h"
+#include "platform/Text.h"
+
+namespace sorbel {
+
+/// Bytes that grow as a `BinaryStream` writes them.
+struct MemoryBlock {
+    String Bytes;
+};
+
+/// Reads bytes from memory or writes them to a `MemoryBlock`; files are read and written whole
+/// (FileContents.h). `Position` always lies from 0 to `Length`; a read or a move beyond fails with
+/// OutOfBoundsException and leaves the position where it was.
+class BinaryStream {
+  public:
+    /// For reading; the bytes must outlive the stream and what it gave out.
+    explicit BinaryStream(StringView bytes) : mBytes(bytes) {}
+    /// For writing, from the block's start. Bytes that are there already are overwritten.
+    explicit BinaryStream(MemoryBlock& block) : mBlock(&block) {}
+
+    bool LittleEndian = false;
+
+    [[nodiscard]] int64_t Length() const { return LenB(Contents()); }
+    [[nodiscard]] int64_t Position() const { return static_cast<int64_t>(mPosition); }
+    void SetPosition(int64_t position) {
+        if (position < 0 || position > Length()) throw OutOfBoundsException("Moved outside the stream.");
+        mPosition = static_cast<size_t>(position);
+    }
+    [[nodiscard]] bool EndOfFile() const { return mPosition >= Contents().size(); }
+
+    /// The next `count` bytes, in place.
+    StringView Read(int64_t count) {
+        if (count < 0 || count > Length() - Position())
+            throw OutOfBoundsException("Read past the end of the stream.");
+        const StringView bytes = Contents().substr(mPosition, static_cast<size_t>(count));
+        mPosition += bytes.size();
+        return bytes;
+    }
+    int32_t ReadInt32() {
+        uint32_t value = 0;
+        std::memcpy(&value, Read(4).data(), 4);
+        return static_cast<int32_t>(InOrder(value));
+    }
+
+    void Write(StringView bytes);
+    void WriteInt32(int32_t value) {
+        const uint32_t ordered = InOrder(static_cast<uint32_t>(value));
+        Write({reinterpret_cast<const char*>(&ordered), 4});
+    }
+    void WriteUInt8(uint8_t value) { Write({reinterpret_cast<const char*>(&value), 1}); }
+
+  private:
+    [[nodiscard]] StringView Contents() const { return mBlock ? StringView(mBlock->Bytes) : mBytes; }
+    [[nodiscard]] uint32_t InOrder(uint32_t value) const {
+        const bool nativeLittle = std::endian::native == std::endian::little;
+        return LittleEndian == nativeLittle ? value : __builtin_bswap32(value);
+    }
+
+    StringView mBytes;
+    MemoryBlock* mBlock = nullptr;
+    size_t mPosition = 0;
+};
+
+}  // namespace sorbel

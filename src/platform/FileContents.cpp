@@ -1,0 +1,115 @@
+#include "platform/FileContents.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <new>
+
+#include "platform/FileDescriptor.h"
+
+namespace sorbel {
+
+namespace {
+
+/// Reads until the buffer is full or the file ends; the number of bytes that the buffer then holds.
+size_t Fill(const FileDescriptor& file, ByteBuffer& buffer, size_t filled) {
+    while (filled < buffer.View().size()) {
+        const ssize_t count = Uninterrupted(
+            [&] { return read(file.Number(), buffer.Data() + filled, buffer.View().size() - filled); });
+        if (count < 0) ThrowSystemError(errno);
+        if (count == 0) break;
+        filled += static_cast<size_t>(count);
+    }
+    return filled;
+}
+
+std::shared_ptr<ByteBuffer> Doubled(const ByteBuffer& buffer) {
+    const StringView bytes = buffer.View();
+    auto larger = std::make_shared<ByteBuffer>(2 * bytes.size());
+    std::memcpy(larger->Data(), bytes.data(), bytes.size());
+    return larger;
+}
+
+/// One byte more than the size that is told, so that a file that has not grown is read without a second
+/// buffer. Pipes, devices and some system files tell 0.
+size_t FirstBufferSize(const struct stat& status) {
+    constexpr size_t least = 4096;
+    return std::max(least, S_ISREG(status.st_mode) ? static_cast<size_t>(status.st_size) + 1 : 0);
+}
+
+/// Takes the space for `size` bytes without a change to the file. A system that can't do so is no failure;
+/// the writing will tell then.
+void Reserve(const FileDescriptor& file, const struct stat& before, size_t size) {
+    if (size == 0 || !S_ISREG(before.st_mode)) return;
+    const int result = Uninterrupted(
+        [&] { return fallocate(file.Number(), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)); });
+    const int error = errno;
+    if (result == 0 || (error != ENOSPC && error != EFBIG && error != EDQUOT)) return;
+    // What was taken before the space ran out goes back. Should that fail, it is still the full disk that
+    // counts.
+    [[maybe_unused]] const int ignored = ftruncate(file.Number(), before.st_size);
+    ThrowSystemError(error);
+}
+
+void WriteAll(const FileDescriptor& file, StringView bytes) {
+    for (size_t written = 0; written < bytes.size();) {
+        const ssize_t count = Uninterrupted([&] {
+            return pwrite(file.Number(), bytes.data() + written, bytes.size() - written,
+                          static_cast<off_t>(written));
+        });
+        if (count < 0) ThrowSystemError(errno);
+        written += static_cast<size_t>(count);
+    }
+}
+
+void CutAndFlush(const FileDescriptor& file, const struct stat& before, size_t size) {
+    const auto cut = [&] {
+        return ftruncate(file.Number(), static_cast<off_t>(size));
+    };
+    if (S_ISREG(before.st_mode) && Uninterrupted(cut) != 0) ThrowSystemError(errno);
+    const bool flushed = Uninterrupted([&] { return fsync(file.Number()); }) == 0;
+    if (!flushed && errno != EINVAL && errno != EROFS) ThrowSystemError(errno);  // devices don't flush
+}
+
+void WriteInto(const String& path, int flags, StringView bytes) {
+    FileDescriptor file(path, O_WRONLY | flags);
+    const struct stat before = file.Status();
+    Reserve(file, before, bytes.size());
+    WriteAll(file, bytes);
+    CutAndFlush(file, before, bytes.size());
+    file.Close();
+}
+
+void Remove(const String& path) {
+    std::error_code ignored;
+    const std::filesystem::path file = std::filesystem::canonical(path, ignored);  // not the link to it
+    if (!ignored) std::filesystem::remove(file, ignored);
+}
+
+}  // namespace
+
+std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f) try {
+    const FileDescriptor file(f.NativePath(), O_RDONLY);
+    auto buffer = std::make_shared<ByteBuffer>(FirstBufferSize(file.Status()));
+    size_t size = Fill(file, *buffer, 0);
+    while (size == buffer->View().size()) {
+        buffer = Doubled(*buffer);
+        size = Fill(file, *buffer, size);
+    }
+    buffer->Shrink(size);
+    return buffer;
+} catch (const std::bad_alloc&) {
+    throw IOException("The file is too large for the memory.");
+}
+
+void WriteContents(const FolderItem& f, StringView bytes) {
+    const String& path = f.NativePath();
+    const bool isNew = !f.Exists();
+    try {
+        WriteInto(path, isNew ? O_CREAT : 0, bytes);
+    } catch (const IOException&) {
+        if (isNew) Remove(path);
+        throw;
+    }
+}
+
+}  // namespace sorbel

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "platform/FolderItem.h"
+#include "platform/Text.h"
+
+namespace sorbel {
+
+/// The bytes of a file in memory, read once and shared by whatever was made from them.
+class ByteBuffer {
+  public:
+    explicit ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {}
+    [[nodiscard]] char* Data() { return mData.get(); }
+    [[nodiscard]] StringView View() const { return {mData.get(), mSize}; }
+    void Shrink(size_t size) { mSize = size; }  ///< a file that has become shorter while it was read
+
+  private:
+    std::unique_ptr<char[]> mData;  // not cleared first: every byte is read into
+    size_t mSize;
+};
+
+/// The whole file, whatever its kind. Fails with IOException.
+[[nodiscard]] std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f);
+
+/// Makes these bytes the file's contents, in place: owner, mode and links stay. Space is reserved before the
+/// old bytes are touched, so that a full disk leaves them as they were; the file is flushed to disk before
+/// the return. A file that does not exist is created. Fails with IOException.
+void WriteContents(const FolderItem& f, StringView bytes);
+
+}  // namespace sorbel

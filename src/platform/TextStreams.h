@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/FileContents.h"
+#include "platform/Text.h"
+
+namespace sorbel {
+
+/// Reads a file of text line by line. Text stays the bytes that it is.
+class TextInputStream {
+  public:
+    /// Fails with IOException.
+    static TextInputStream Open(const FolderItem& f);
+
+    [[nodiscard]] bool EndOfFile() const { return mPosition >= mContents->View().size(); }
+    /// The next line without its end, which is CR LF, LF or CR.
+    StringView ReadLine();
+    /// Everything that is left.
+    StringView ReadAll();
+
+  private:
+    explicit TextInputStream(std::shared_ptr<const ByteBuffer> contents) : mContents(std::move(contents)) {}
+
+    std::shared_ptr<const ByteBuffer> mContents;
+    size_t mPosition = 0;
+};
+
+}  // namespace sorbel

@@ -1,0 +1,94 @@
+#include "stringset/LocalizedStringSet.h"
+
+#include <utility>
+
+#include "shell/FileTypes1.h"
+#include "stringset/LocaleReader.h"
+#include "stringset/LocaleWriter.h"
+
+namespace sorbel {
+
+LocalizedStringSet::~LocalizedStringSet() {
+    ReleaseHistory();
+}
+
+void LocalizedStringSet::AddEntry(int64_t platform, StringView identifier, StringView originalValue,
+                                  StringView localizedValue) {
+    EntryValue value{.Localized = SharedText(localizedValue), .Original = SharedText(originalValue)};
+    Entries.FindOrAdd(identifier, [&] { return SharedText(identifier); }).Set(platform, std::move(value));
+}
+
+// Texts are shared: copies count the owned ones, and the borrowed ones live as long as the buffers do.
+std::shared_ptr<LocalizedStringSet> LocalizedStringSet::Clone() const {
+    auto copy = std::make_shared<LocalizedStringSet>();
+    copy->DateGenerated = DateGenerated;
+    copy->EditedApplication = EditedApplication;
+    copy->Entries = Entries;
+    copy->FileVersion = FileVersion;
+    copy->Language = Language;
+    copy->NorvaneVersion = NorvaneVersion;
+    copy->mForeignApplication = mForeignApplication;
+    copy->mBuffers = mBuffers;
+    return copy;
+}
+
+bool LocalizedStringSet::ReadFile(const FolderItem& f) {
+    try {
+        if (f.Type() != FileTypes1::TabDelimited().Name) return ReadBytes(ReadContents(f));
+        TextInputStream s = TextInputStream::Open(f);
+        return ReadTextData(s);
+    } catch (const IOException&) {
+        return false;
+    }
+}
+
+bool LocalizedStringSet::ReadBytes(const std::shared_ptr<const ByteBuffer>& file) {
+    return LocaleReader(*this, file).ReadData();
+}
+
+void LocalizedStringSet::WriteFile(const FolderItem& f) {
+    try {
+        WriteContents(f, ToBytes());
+    } catch (const IOException&) {  // a document that could not be saved is not reported
+        return;
+    }
+}
+
+String LocalizedStringSet::ToBytes() {
+    return LocaleWriter().WriteData(*this);
+}
+
+void LocalizedStringSet::AppendStaging(SharedText identifier, SharedText original, SharedText localized,
+                                       bool changed, int64_t platform) {
+    Identifiers.push_back(std::move(identifier));
+    OriginalValues.push_back(std::move(original));
+    LocalizedValues.push_back(std::move(localized));
+    HasChanged.push_back(changed);
+    Platforms.push_back(platform);
+}
+
+void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifier,
+                                    const SharedText& original, const SharedText& localized) {
+    Entries.FindOrAdd(identifier, [&] { return identifier; })
+        .Set(platform, {.Localized = localized, .Original = original});
+}
+
+void LocalizedStringSet::KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer) {
+    BufferList buffers = mBuffers ? *mBuffers : BufferList();
+    buffers.push_back(buffer);
+    mBuffers = std::make_shared<const BufferList>(std::move(buffers));
+}
+
+// A file may nest versions so deep that freeing them one inside the other would overflow the call stack.
+void LocalizedStringSet::ReleaseHistory() {
+    std::vector<std::shared_ptr<LocalizedStringSet>> doomed = std::move(History);
+    while (!doomed.empty()) {
+        const std::shared_ptr<LocalizedStringSet> set = std::move(doomed.back());
+        doomed.pop_back();
+        if (!set || set.use_count() > 1) continue;
+        doomed.insert(doomed.end(), set->History.begin(), set->History.end());
+        set->History.clear();
+    }
+}
+
+}  // namespace sorbel

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/Date.h"
+#include "platform/Dictionary.h"
+#include "platform/FileContents.h"
+#include "platform/FolderItem.h"
+#include "platform/SharedText.h"
+#include "platform/TextStreams.h"
+#include "stringset/PlatformTable.h"
+
+namespace sorbel {
+
+using EntryDictionary = Dictionary<SharedText, PlatformTable>;
+
+/// The document: the translation of one program's strings into one language, with earlier versions of itself.
+/// Made with `std::make_shared`. Knows of no window.
+class LocalizedStringSet {
+  public:
+    LocalizedStringSet() = default;
+    ~LocalizedStringSet();
+    LocalizedStringSet(const LocalizedStringSet&) = delete;
+    LocalizedStringSet& operator=(const LocalizedStringSet&) = delete;
+
+    // Declared in alphabetical order, as everywhere where fields are listed.
+    std::optional<Date> DateGenerated{Date()};      ///< label of a version
+    std::shared_ptr<FolderItem> EditedApplication;  ///< the application last exported into, or null
+    EntryDictionary Entries;       ///< identifier to platform to values; the one source of truth
+    int64_t FileVersion = 0;       ///< as read; never acted on, written as 0
+    std::vector<bool> HasChanged;  ///< staging
+    std::vector<std::shared_ptr<LocalizedStringSet>> History;
+    std::vector<SharedText> Identifiers;      ///< staging
+    String Language;                          ///< language code
+    std::vector<SharedText> LocalizedValues;  ///< staging
+    std::vector<SharedText> OriginalValues;   ///< staging
+    std::vector<int64_t> Platforms;           ///< staging
+    String NorvaneVersion;                    ///< carried along
+
+    /// Puts one entry into `Entries`, replacing the values that the identifier has for that platform.
+    void AddEntry(int64_t platform, StringView identifier, StringView originalValue,
+                  StringView localizedValue);
+
+    /// A snapshot of the strings and their labels: no history, no staging lists.
+    [[nodiscard]] std::shared_ptr<LocalizedStringSet> Clone() const;
+
+    /// Adds the contents of a file to this set. False: not a valid locale file; what could be read is in the
+    /// set all the same. Tab-delimited text always gives false. A failure that is not of the file, such as a
+    /// malformed date or a short line of text, passes on.
+    bool ReadFile(const FolderItem& f);
+
+    /// What `ReadFile` does with a locale file, from its bytes. The set keeps them alive, for its texts lie
+    /// in them.
+    bool ReadBytes(const std::shared_ptr<const ByteBuffer>& file);
+
+    /// Overwrites the file with this set in the locale file format. A failure to write is not reported.
+    void WriteFile(const FolderItem& f);
+
+    /// The bytes that `WriteFile` writes. Rebuilds the staging lists.
+    [[nodiscard]] String ToBytes();
+
+  private:
+    friend class LocaleReader;
+    friend class LocaleWriter;
+
+    bool ReadTextData(TextInputStream& s);
+    void AppendStaging(SharedText identifier, SharedText original, SharedText localized, bool changed,
+                       int64_t platform);
+    void StoreEntry(int64_t platform, const SharedText& identifier, const SharedText& original,
+                    const SharedText& localized);
+    void KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer);
+    void ReleaseHistory();
+
+    using BufferList = std::vector<std::shared_ptr<const ByteBuffer>>;
+
+    bool mIsValid = false;
+    std::optional<SharedText> mForeignApplication;  // application bytes that name no file here
+    std::shared_ptr<const BufferList> mBuffers;     // what borrowed texts point into; shared with the history
+};
+
+}  // namespace sorbel

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "platform/Color.h"
+#include "platform/FolderItem.h"
+#include "platform/Text.h"
+
+namespace sorbel {
+
+class Application;
+class MenuItem;
+class MessageDialog;
+class OpenDialog;
+class TextEditor;
+class Window;
+enum class EditCommand;
+struct MessageDialogButton;
+
+/// Colours of the toolkit itself; the rest go by name.
+enum class SystemColor { Text, DisabledText, Highlight, Fill };
+
+/// The one door to the desktop. All that the program shows, asks or hands over outside its windows' controls
+/// goes through here, so that the whole program also runs without a desktop.
+class Backend {
+  public:
+    virtual ~Backend() = default;
+
+    // --- Windows ---
+    /// The window is shown for the first time: attach to it and its controls.
+    virtual void WindowShown(Window& window) = 0;
+    /// The window is gone: detach from it and its controls.
+    virtual void WindowClosed(Window& window) = 0;
+    /// Returns when the window has been closed, if the desktop can wait.
+    virtual void RunModal(Window& window) = 0;
+    /// Enabled states, check marks or generated items may have changed.
+    virtual void MenusChanged() = 0;
+
+    // --- Dialogs; `within` is the window whose sheet it is, or null ---
+    virtual void MsgBox(StringView text) = 0;
+    virtual const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) = 0;
+    virtual std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) = 0;
+    virtual std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) = 0;
+    /// A menu at a point of the screen; the chosen item or null.
+    virtual MenuItem* PopUp(MenuItem& menu, int x, int y) = 0;
+
+    // --- Desktop ---
+    virtual void Beep() = 0;
+    /// Shows a file or folder or starts an application; fails with IOException.
+    virtual void Launch(const FolderItem& item) = 0;
+    [[nodiscard]] virtual Color Theme(SystemColor color) const = 0;
+    /// A semantic colour of the theme by the name that it has there; letter case is ignored. Nothing if
+    /// unknown.
+    [[nodiscard]] virtual std::optional<Color> NamedColor(StringView name) const = 0;
+    /// Cut, copy and the like in a focused text.
+    virtual void Edit(TextEditor& editor, EditCommand command) = 0;
+};
+
+}  // namespace sorbel

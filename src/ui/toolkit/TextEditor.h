@@ -1,0 +1,76 @@
+#pragma once
+
+#include <vector>
+
+#include "ui/toolkit/Control.h"
+
+namespace sorbel {
+
+/// What `TextField` and `TextArea` have in common: an editable text.
+class TextEditor : public Control {
+  public:
+    using Control::Control;
+
+    [[nodiscard]] const String& Text() const { return mText; }
+    /// Raises `TextChange` whether or not the text differs. All runs take the present `TextColor`.
+    void SetText(StringView text);
+
+    /// The text changed, whoever changed it.
+    std::function<void()> TextChange;
+    /// A user's edit to this whole text; nothing happens if it is the present one or the text is read-only.
+    void UserSetText(StringView text);
+
+    // Fixed at design time.
+    bool ReadOnly = false;
+
+  protected:
+    void StoreText(StringView text);
+    virtual void TextReplaced() {}
+
+    String mText;
+};
+
+/// One line.
+class TextField : public TextEditor {
+  public:
+    using TextEditor::TextEditor;
+    void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
+};
+
+/// Several lines, in one colour or in runs of colour.
+class TextArea : public TextEditor {
+  public:
+    using TextEditor::TextEditor;
+    void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
+
+    struct Run {
+        size_t Length;  ///< bytes of the text
+        sorbel::Color Color;
+    };
+
+    [[nodiscard]] Color TextColor() const { return mTextColor; }
+    /// Colours the whole text and what is assigned later.
+    void SetTextColor(Color color);
+    /// The text in order, adjacent runs of one colour joined; empty for the empty text.
+    [[nodiscard]] const std::vector<Run>& Runs() const { return mRuns; }
+    /// The colour of what `SetSelText` inserts next.
+    void SetSelTextColor(Color color) { mSelTextColor = color; }
+    /// Inserts behind the text written so far, and raises `TextChange`. The insertion point of an assigned
+    /// text is its end.
+    void SetSelText(StringView text);
+
+    // Fixed at design time.
+    bool StyledText = false;
+    bool AllowTabs = false;
+    bool SpellChecking = false;
+
+  protected:
+    void TextReplaced() override;
+
+  private:
+    Color mTextColor;
+    Color mSelTextColor;
+    std::vector<Run> mRuns;
+};
+
+}  // namespace sorbel
