@@ -1,0 +1,80 @@
+#include "qt/ControlView.h"
+
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "qt/QtCanvas.h"
+#include "qt/QtLabel.h"
+#include "qt/QtListbox.h"
+#include "qt/QtPopupMenu.h"
+#include "qt/QtPushButton.h"
+#include "qt/QtTextArea.h"
+#include "qt/QtTextField.h"
+#include "qt/QtWindow.h"
+#include "qt/Text.h"
+
+namespace sorbel {
+
+namespace {
+
+class ViewMaker : public ControlVisitor {
+  public:
+    explicit ViewMaker(QtWindow& window) : mWindow(window) {}
+    void Visit(Canvas& control) override { Made = std::make_unique<QtCanvas>(control, mWindow); }
+    void Visit(Label& control) override { Made = MakeLabelView(control, mWindow); }
+    void Visit(Listbox& control) override { Made = std::make_unique<QtListbox>(control, mWindow); }
+    void Visit(PopupMenu& control) override { Made = std::make_unique<QtPopupMenu>(control, mWindow); }
+    void Visit(PushButton& control) override { Made = std::make_unique<QtPushButton>(control, mWindow); }
+    void Visit(TextArea& control) override { Made = std::make_unique<QtTextArea>(control, mWindow); }
+    void Visit(TextField& control) override { Made = std::make_unique<QtTextField>(control, mWindow); }
+
+    std::unique_ptr<ControlView> Made;
+
+  private:
+    QtWindow& mWindow;
+};
+
+}  // namespace
+
+std::unique_ptr<ControlView> MakeControlView(Control& control, QtWindow& window) {
+    ViewMaker maker(window);
+    control.Accept(maker);
+    return std::move(maker.Made);
+}
+
+ControlView::ControlView(Control& control, QtWindow& window, QWidget& widget)
+    : mControl(control), mWindow(window), mWidget(widget) {
+    mWidget.setObjectName(ToQt(control.Name()));
+    mWidget.installEventFilter(&window);
+    mControl.Attach(this);
+}
+
+void ControlView::Changed(Aspect aspect) {
+    mChanged.Add(aspect);
+    mWindow.ScheduleFlush();
+}
+
+void ControlView::Flush() {
+    if (!mChanged.Any()) return;
+    const Aspects changed = std::exchange(mChanged, Aspects());
+    const QSignalBlocker quiet(mWidget);
+    if (changed.Has(Aspect::Geometry)) {
+        const Bounds& place = mControl.Place();
+        mWidget.setGeometry(place.Left, place.Top, std::max(place.Width, 0), std::max(place.Height, 0));
+        mWidget.setVisible(mControl.Visible());
+    }
+    if (changed.Has(Aspect::Enabled)) mWidget.setEnabled(mControl.Enabled());
+    if (!mControl.AccessibleName().empty() && mWidget.accessibleName().isEmpty())
+        mWidget.setAccessibleName(ToQt(mControl.AccessibleName()));
+    Show(changed);
+}
+
+void SetTextColor(QWidget& widget, QPalette::ColorRole role, const QColor& color) {
+    QPalette palette = widget.palette();
+    if (palette.color(QPalette::Active, role) == color) return;
+    palette.setColor(QPalette::Active, role, color);
+    palette.setColor(QPalette::Inactive, role, color);
+    widget.setPalette(palette);
+}
+
+}  // namespace sorbel

@@ -1,0 +1,184 @@
+#include "qt/ListView.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "qt/ListRowPainter.h"
+#include "qt/QtWindow.h"
+#include "qt/Text.h"
+
+namespace sorbel {
+
+void ListRows::Reload() {
+    beginResetModel();
+    mCount = static_cast<int>(std::min<int64_t>(mList.ListCount(), INT_MAX));
+    endResetModel();
+}
+
+int ListRows::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : mCount;
+}
+
+QVariant ListRows::data(const QModelIndex& index, int role) const {
+    if (role != Qt::DisplayRole && role != Qt::AccessibleTextRole) return {};
+    if (!index.isValid() || index.row() >= mList.ListCount() || !mList.DescribeRow) return {};
+    QString text;
+    mWindow.Guard([&] { text = ToQt(mList.DescribeRow(index.row())); });
+    return text;
+}
+
+ListView::ListView(Listbox& list, QtWindow& window)
+    : QListView(&window.Content()), mList(list), mWindow(window) {
+    setUniformItemSizes(true);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(ScrollPerItem);
+    setAttribute(Qt::WA_InputMethodEnabled, false);
+}
+
+int ListView::RowHeight() const {
+    return std::max(18, fontMetrics().height() + 4);
+}
+
+int ListView::RowCount() const {
+    const int64_t shown = model() ? model()->rowCount() : 0;
+    return static_cast<int>(std::min(shown, mList.ListCount()));
+}
+
+QRect ListView::RowRect(int row) const {
+    return {0, (row - verticalScrollBar()->value()) * RowHeight(), viewport()->width(), RowHeight()};
+}
+
+QModelIndex ListView::indexAt(const QPoint& point) const {
+    const int row = verticalScrollBar()->value() + point.y() / RowHeight();
+    return point.y() >= 0 && row < RowCount() ? model()->index(row, 0) : QModelIndex();
+}
+
+void ListView::scrollTo(const QModelIndex& index, ScrollHint /*hint*/) {
+    const int top = verticalScrollBar()->value();
+    const int lowest = std::max(0, index.row() - RowsPerPage() + 1);
+    if (index.isValid()) verticalScrollBar()->setValue(std::clamp(top, lowest, index.row()));
+}
+
+/// Past the toolkit's own layout, which visits every row.
+void ListView::doItemsLayout() {
+    QAbstractItemView::doItemsLayout();  // NOLINT(bugprone-parent-virtual-call)
+}
+
+void ListView::updateGeometries() {
+    verticalScrollBar()->setRange(0, std::max(0, RowCount() - RowsPerPage()));
+    verticalScrollBar()->setPageStep(RowsPerPage());
+    verticalScrollBar()->setSingleStep(1);
+}
+
+void ListView::scrollContentsBy(int /*dx*/, int /*dy*/) {
+    viewport()->update();
+}
+
+/// Keys are the control's affair, so there is nowhere to move to.
+QModelIndex ListView::moveCursor(CursorAction /*action*/, Qt::KeyboardModifiers /*modifiers*/) {
+    return currentIndex();
+}
+
+int ListView::verticalOffset() const {
+    return verticalScrollBar()->value() * RowHeight();
+}
+
+QRegion ListView::visualRegionForSelection(const QItemSelection& selection) const {
+    QRegion region;
+    for (const QModelIndex& index : selection.indexes())
+        region += visualRect(index);
+    return region;
+}
+
+void ListView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    painter.setFont(font());
+    const ListRowPainter rows(mList, *this);
+    const int top = verticalScrollBar()->value();
+    const int first = top + event->rect().top() / RowHeight();
+    const int last = std::min(RowCount() - 1, top + event->rect().bottom() / RowHeight());
+    for (int row = first; row <= last; ++row)
+        mWindow.Guard([&] { rows.Paint(painter, row, RowRect(row)); });
+    if (!hasFocus() || mList.ListIndex() >= 0) return;
+    painter.setPen(palette().color(QPalette::Highlight));  // no selected row shows where the focus is
+    painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+}
+
+void ListView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    const QPoint at = event->position().toPoint();
+    const QModelIndex index = indexAt(at);
+    if (!index.isValid()) return mList.UserClick(-1, at.x(), at.y());
+    const int row = index.row();
+    if (mList.IsFolder(row) && ListRowPainter::TriangleRect(RowRect(row)).contains(at))
+        return mList.UserExpand(row, !mList.Expanded(row));
+    mList.UserClick(row, at.x(), at.y() - RowRect(row).top());
+}
+
+void ListView::keyPressEvent(QKeyEvent* event) {
+    const bool plain = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
+    if (!plain || RowCount() == 0 || !(MoveBy(event->key()) || OpenOrClose(event->key()))) event->ignore();
+}
+
+bool ListView::MoveBy(int key) {
+    const int64_t from = mList.ListIndex();
+    const int64_t last = RowCount() - 1;
+    const int64_t page = std::max(1, RowsPerPage() - 1);
+    int64_t to = 0;
+    switch (key) {
+        case Qt::Key_Up:
+            to = from < 0 ? last : from - 1;
+            break;
+        case Qt::Key_Down:
+            to = from + 1;
+            break;
+        case Qt::Key_PageUp:
+            to = from - page;
+            break;
+        case Qt::Key_PageDown:
+            to = from + page;
+            break;
+        case Qt::Key_Home:
+            break;
+        case Qt::Key_End:
+            to = last;
+            break;
+        default:
+            return false;
+    }
+    to = std::clamp<int64_t>(to, 0, last);
+    if (to != from) mList.UserSelect(to);
+    return true;
+}
+
+/// Right and "+" open a folder, Left and "-" close it; Left on a child goes to its folder.
+bool ListView::OpenOrClose(int key) {
+    const bool open = key == Qt::Key_Right || key == Qt::Key_Plus;
+    const bool close = key == Qt::Key_Left || key == Qt::Key_Minus;
+    int64_t row = mList.ListIndex();
+    if ((!open && !close) || row < 0) return false;
+    if (mList.IsFolder(row)) {
+        if (mList.Expanded(row) != open) mList.UserExpand(row, open);
+    } else if (close && mList.Depth(row) > 0) {
+        while (mList.Depth(row) > 0)
+            --row;
+        mList.UserSelect(row);
+    }
+    return true;
+}
+
+void ListView::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    viewport()->update();
+}
+
+void ListView::focusOutEvent(QFocusEvent* event) {
+    QListView::focusOutEvent(event);
+    viewport()->update();
+}
+
+}  // namespace sorbel

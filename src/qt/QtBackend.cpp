@@ -1,0 +1,151 @@
+#include "qt/QtBackend.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileOpenEvent>
+#include <QUrl>
+
+#include "platform/Exceptions.h"
+#include "qt/QtDialogs.h"
+#include "qt/QtMenus.h"
+#include "qt/QtWindow.h"
+#include "qt/Text.h"
+#include "ui/toolkit/TextEditor.h"
+
+namespace sorbel {
+
+/// A dialog is under way, so the program does not end even if it has no window.
+class QtBackend::Waiting {
+  public:
+    explicit Waiting(QtBackend& backend) : mBackend(backend) { ++mBackend.mDialogs; }
+    ~Waiting() {
+        --mBackend.mDialogs;
+        mBackend.EndIfDone();
+    }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+
+  private:
+    QtBackend& mBackend;
+};
+
+QtBackend::QtBackend() {
+    QApplication::setQuitOnLastWindowClosed(false);
+    qApp->installEventFilter(this);
+}
+
+QtBackend::~QtBackend() {
+    for (const auto& [window, view] : mWindows)
+        delete view;
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // windows closed at the very end
+}
+
+QtWindow* QtBackend::ViewOf(const Window* window) const {
+    const auto found = mWindows.find(window);
+    return found == mWindows.end() ? nullptr : found->second;
+}
+
+void QtBackend::WindowShown(Window& window) {
+    QWidget* front = QApplication::activeWindow();
+    auto* view = new QtWindow(window.shared_from_this(), mTheme);
+    mWindows[&window] = view;
+    view->Open(front);
+}
+
+void QtBackend::WindowClosed(Window& window) {
+    const auto found = mWindows.find(&window);
+    if (found == mWindows.end()) return;
+    found->second->Retire();
+    found->second->deleteLater();
+    mWindows.erase(found);
+    EndIfDone();
+}
+
+/// A program without a window has no menu bar here and nothing that could bring it back, so it ends. Asked
+/// later, since a window that goes may be about to be replaced by another.
+void QtBackend::EndIfDone() {
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (mWindows.empty() && mDialogs == 0) QCoreApplication::quit();
+        },
+        Qt::QueuedConnection);
+}
+
+void QtBackend::RunModal(Window& window) {
+    QtWindow* view = ViewOf(&window);
+    if (!view) return;
+    QEventLoop loop;
+    connect(view, &QObject::destroyed, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void QtBackend::MenusChanged() {
+    for (const auto& [window, view] : mWindows)
+        view->MenusChanged();
+}
+
+QWidget* QtBackend::ParentFor(Window* within) const {
+    return within ? ViewOf(within) : mApp ? ViewOf(mApp->FrontWindow()) : nullptr;
+}
+
+void QtBackend::MsgBox(StringView text) {
+    const Waiting waiting(*this);
+    RunMessage(text, ParentFor(nullptr));
+}
+
+const MessageDialogButton* QtBackend::Show(const MessageDialog& dialog, Window* within) {
+    const Waiting waiting(*this);
+    return RunMessage(dialog, ParentFor(within), within != nullptr);
+}
+
+std::shared_ptr<FolderItem> QtBackend::Show(const OpenDialog& dialog, Window* within) {
+    const Waiting waiting(*this);
+    return RunOpen(dialog, ParentFor(within), within != nullptr);
+}
+
+std::shared_ptr<FolderItem> QtBackend::AskSaveFile(StringView filter, StringView defaultName) {
+    const Waiting waiting(*this);
+    return RunSave(filter, defaultName, ParentFor(nullptr));
+}
+
+MenuItem* QtBackend::PopUp(MenuItem& menu, int x, int y) {
+    return RunPopUp(menu, QPoint(x, y), ParentFor(nullptr));
+}
+
+void QtBackend::Beep() {
+    QApplication::beep();
+}
+
+void QtBackend::Launch(const FolderItem& item) {
+    const QString path = QFile::decodeName(QByteArray::fromStdString(item.NativePath()));
+    if (!item.Exists() || !QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        throw IOException("The file could not be opened.");
+}
+
+void QtBackend::Edit(TextEditor& editor, EditCommand command) {
+    const QtWindow* window = ViewOf(&editor.Owner());
+    if (ControlView* view = window ? window->ViewOf(editor) : nullptr) view->Edit(command);
+}
+
+/// Sees the events of the program itself.
+bool QtBackend::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != qApp || !mApp) return false;
+    if (event->type() == QEvent::ApplicationPaletteChange && !std::exchange(mAppearanceStale, true))
+        QMetaObject::invokeMethod(
+            this, [this] { AppearanceChanged(); }, Qt::QueuedConnection);
+    if (event->type() == QEvent::FileOpen)
+        mApp->OpenDocument(FileFromQt(static_cast<QFileOpenEvent*>(event)->file()));
+    return false;
+}
+
+void QtBackend::AppearanceChanged() {
+    mAppearanceStale = false;
+    mApp->AppearanceChanged();
+    for (const auto& [window, view] : mWindows)
+        view->AppearanceChanged();
+}
+
+}  // namespace sorbel

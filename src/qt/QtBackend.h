@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QObject>
+#include <map>
+
+#include "qt/QtTheme.h"
+#include "ui/toolkit/Application.h"
+
+namespace sorbel {
+
+class QtWindow;
+
+/// The desktop through Qt Widgets.
+class QtBackend : public QObject, public Backend {
+  public:
+    QtBackend();
+    ~QtBackend() override;
+
+    /// The program whose desktop this is; called once, before any window. It must outlive the event loop.
+    void Serve(Application& app) { mApp = &app; }
+    /// What is on the screen for a window, or null.
+    [[nodiscard]] QtWindow* ViewOf(const Window* window) const;
+
+    void WindowShown(Window& window) override;
+    void WindowClosed(Window& window) override;
+    void RunModal(Window& window) override;
+    void MenusChanged() override;
+
+    void MsgBox(StringView text) override;
+    const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) override;
+    std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) override;
+    std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) override;
+    MenuItem* PopUp(MenuItem& menu, int x, int y) override;
+
+    void Beep() override;
+    void Launch(const FolderItem& item) override;
+    [[nodiscard]] Color Theme(SystemColor color) const override { return mTheme.System(color); }
+    [[nodiscard]] std::optional<Color> NamedColor(StringView name) const override {
+        return QtTheme::Named(name);
+    }
+    void Edit(TextEditor& editor, EditCommand command) override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    class Waiting;
+    [[nodiscard]] QWidget* ParentFor(Window* within) const;
+    void AppearanceChanged();
+    void EndIfDone();
+
+    Application* mApp = nullptr;
+    QtTheme mTheme;
+    std::map<const Window*, QtWindow*> mWindows;
+    int mDialogs = 0;  ///< under way
+    bool mAppearanceStale = false;
+};
+
+}  // namespace sorbel

@@ -1,0 +1,147 @@
+#include "qt/QtDialogs.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "platform/FileType.h"
+#include "qt/Text.h"
+
+namespace sorbel {
+
+namespace {
+
+/// Runs a dialog that may lose its parent, and so itself, while it runs. Null: it is gone or was cancelled.
+template <typename Dialog>
+QPointer<Dialog> Run(Dialog* dialog, bool sheet) {
+    const QPointer<Dialog> guard(dialog);
+    dialog->setAttribute(Qt::WA_DeleteOnClose, false);
+    dialog->setWindowModality(sheet && dialog->parent() ? Qt::WindowModal : Qt::ApplicationModal);
+    dialog->exec();
+    if (guard) guard->deleteLater();
+    return guard;
+}
+
+using Types = std::vector<const FileType*>;  // a file dialog has another meaning for the name inside
+
+Types TypesOf(StringView filter) {
+    Types types;
+    for (const String& name : Split(filter, ";"))
+        for (const FileType& type : FileType::Registered())
+            if (Equal(type.Name, Trim(name))) types.push_back(&type);
+    return types;
+}
+
+QString Patterns(const FileType& type) {
+    QStringList patterns;
+    for (const QString& extension : ToQt(type.Extensions).split(u';', Qt::SkipEmptyParts))
+        patterns += u'*' + extension;
+    return patterns.join(u' ');
+}
+
+/// A file dialog in which a folder that has the extension of a type asked for, such as an application, can be
+/// chosen like a file.
+class FileDialog : public QFileDialog {
+  public:
+    FileDialog(QWidget* parent, StringView filter) : QFileDialog(parent), mTypes(TypesOf(filter)) {
+        setNameFilters(NameFilters(filter));
+        for (const auto* type : mTypes)
+            if (type->Matches(".app")) setOption(DontUseNativeDialog);
+    }
+
+    std::shared_ptr<FolderItem> File() const {
+        return result() == Accepted ? FileFromQt(selectedFiles().value(0)) : nullptr;
+    }
+
+  protected:
+    void accept() override {
+        if (IsBundle(selectedFiles().value(0)))
+            QDialog::accept();
+        else
+            QFileDialog::accept();
+    }
+
+  private:
+    [[nodiscard]] bool IsBundle(const QString& path) const {
+        const QFileInfo info(path);
+        if (fileMode() != ExistingFile || !info.isDir()) return false;
+        const String name = FromQt(info.fileName());
+        return std::ranges::any_of(mTypes, [&name](const auto* type) { return type->Matches(name); });
+    }
+
+    Types mTypes;
+};
+
+}  // namespace
+
+QStringList NameFilters(StringView filter) {
+    QStringList names, patterns, filters;
+    for (const FileType* type : TypesOf(filter)) {
+        names += ToQt(type->Name);
+        patterns += Patterns(*type);
+        filters += QStringLiteral("%1 (%2)").arg(names.back(), patterns.back());
+    }
+    if (filters.size() > 1)
+        filters.prepend(QStringLiteral("%1 (%2)").arg(names.join(QStringLiteral(", ")), patterns.join(u' ')));
+    filters += QStringLiteral("All Files (*)");
+    return filters;
+}
+
+void RunMessage(StringView text, QWidget* parent) {
+    auto* box = new QMessageBox(parent);
+    box->setTextFormat(Qt::PlainText);
+    box->setText(ToQt(text));
+    box->setStandardButtons(QMessageBox::Ok);
+    (void)Run(box, false);
+}
+
+const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet) {
+    auto* box = new QMessageBox(parent);
+    box->setTextFormat(Qt::PlainText);
+    box->setText(ToQt(dialog.Message));
+    box->setInformativeText(ToQt(dialog.Explanation));
+    const std::array<std::pair<const MessageDialogButton*, QMessageBox::ButtonRole>, 3> roles = {{
+        {&dialog.ActionButton, QMessageBox::AcceptRole},
+        {&dialog.AlternateActionButton, QMessageBox::DestructiveRole},
+        {&dialog.CancelButton, QMessageBox::RejectRole},
+    }};
+    std::array<const QAbstractButton*, 3> buttons{};
+    for (size_t index = 0; index < roles.size(); ++index) {
+        const auto& [button, role] = roles[index];
+        if (!button->Visible) continue;
+        QPushButton* shown = box->addButton(ToQt(button->Caption), role);
+        buttons[index] = shown;
+        if (button->Default) box->setDefaultButton(shown);
+        if (button->Cancel) box->setEscapeButton(shown);
+    }
+    const QPointer<QMessageBox> done = Run(box, sheet);
+    if (!done) return nullptr;
+    for (size_t index = 0; index < roles.size(); ++index)
+        if (buttons[index] && buttons[index] == done->clickedButton()) return roles[index].first;
+    return nullptr;
+}
+
+std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, bool sheet) {
+    auto* files = new FileDialog(parent, dialog.Filter);
+    files->setFileMode(QFileDialog::ExistingFile);
+    if (!dialog.PromptText.empty()) files->setWindowTitle(ToQt(dialog.PromptText));
+    const QPointer<FileDialog> done = Run(files, sheet);
+    return done ? done->File() : nullptr;
+}
+
+std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, QWidget* parent) {
+    auto* files = new FileDialog(parent, filter);
+    files->setAcceptMode(QFileDialog::AcceptSave);
+    files->setFileMode(QFileDialog::AnyFile);
+    if (const auto types = TypesOf(filter); !types.empty())
+        files->setDefaultSuffix(ToQt(types.front()->Extensions).section(u';', 0, 0));
+    files->selectFile(ToQt(defaultName));
+    const QPointer<FileDialog> done = Run(files, false);
+    return done ? done->File() : nullptr;
+}
+
+}  // namespace sorbel

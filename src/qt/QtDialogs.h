@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+
+#include "ui/toolkit/Dialogs.h"
+
+class QWidget;
+
+namespace sorbel {
+
+// Dialogs on a parent widget, which may be null. They wait until the user is done.
+
+void RunMessage(StringView text, QWidget* parent);
+[[nodiscard]] const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet);
+[[nodiscard]] std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, bool sheet);
+[[nodiscard]] std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, QWidget* parent);
+
+/// The name filters of a file dialog for file types joined by ";": all together first, then one by one.
+[[nodiscard]] QStringList NameFilters(StringView filter);
+
+}  // namespace sorbel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QPainter>
+#include <QRect>
+
+#include "ui/toolkit/Graphics.h"
+
+namespace sorbel {
+
+/// Draws through a painter into a rectangle of its device, whose top left corner is the origin. What lies
+/// outside is clipped. The painter is as before once this is gone.
+class QtGraphics : public Graphics {
+  public:
+    QtGraphics(QPainter& painter, const QRect& area);
+    ~QtGraphics() override { mPainter.restore(); }
+    QtGraphics(const QtGraphics&) = delete;
+    QtGraphics& operator=(const QtGraphics&) = delete;
+
+    [[nodiscard]] int Width() const override { return mArea.width(); }
+    [[nodiscard]] int Height() const override { return mArea.height(); }
+    [[nodiscard]] double StringWidth(StringView text) const override;
+    void DrawPicture(const Picture& picture, int x, int y) override;
+    void DrawLine(int x1, int y1, int x2, int y2) override;
+    void DrawRect(int x, int y, int width, int height) override;
+    void FillRect(int x, int y, int width, int height) override;
+
+    /// The painter's font in the style chosen at present.
+    [[nodiscard]] QFont Font() const;
+
+  private:
+    QPainter& mPainter;
+    QRect mArea;
+};
+
+}  // namespace sorbel

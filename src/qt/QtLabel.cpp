@@ -1,0 +1,130 @@
+#include "qt/QtLabel.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QShortcut>
+#include <QStyle>
+
+#include "qt/QtWindow.h"
+#include "qt/Text.h"
+
+namespace sorbel {
+
+namespace {
+
+/// The text as it reads, without the marks of mnemonics.
+QString WithoutMarks(const QString& text) {
+    QString plain;
+    for (qsizetype at = 0; at < text.size(); ++at) {
+        if (text[at] == u'&' && at + 1 < text.size()) ++at;
+        plain += text[at];
+    }
+    return plain;
+}
+
+/// A label whose text underlines its mnemonic without another widget to take the focus.
+class MnemonicLabel : public QLabel {
+  public:
+    using QLabel::QLabel;
+    void SetMarkedText(const QString& marked) {
+        mMarked = marked;
+        setText(WithoutMarks(marked));
+        update();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        const int flags = static_cast<int>(alignment().toInt()) | Qt::TextShowMnemonic |
+                          (wordWrap() ? Qt::TextWordWrap : Qt::TextSingleLine);
+        style()->drawItemText(&painter, contentsRect(), flags, palette(), isEnabled(), mMarked,
+                              foregroundRole());
+    }
+
+  private:
+    QString mMarked;
+};
+
+class QtLabel : public ControlView {
+  public:
+    QtLabel(Label& control, QtWindow& window)
+        : ControlView(control, window, *new MnemonicLabel(&window.Content())),
+          mControl(control),
+          mLabel(static_cast<MnemonicLabel&>(Widget())),
+          mShortcut(*new QShortcut(&mLabel)) {
+        mLabel.setTextFormat(Qt::PlainText);
+        mLabel.setWordWrap(control.Multiline);
+        mLabel.setAutoFillBackground(!control.Transparent);
+        mLabel.setAlignment((control.Alignment == TextAlignment::Center ? Qt::AlignHCenter : Qt::AlignLeft) |
+                            (control.Multiline ? Qt::AlignTop : Qt::AlignVCenter));
+        const auto pressed = [this] {
+            mControl.UserAccelerator();
+        };
+        QObject::connect(&mShortcut, &QShortcut::activated, pressed);
+        QObject::connect(&mShortcut, &QShortcut::activatedAmbiguously, pressed);
+    }
+
+  protected:
+    void Show(Aspects changed) override {
+        if (changed.Has(Aspect::Text)) {
+            QString text = ToQt(ReplaceLineEndings(mControl.Text(), "\n"));
+            if (!mControl.Mnemonic) text.replace(u"&"_qs, u"&&"_qs);
+            mLabel.SetMarkedText(text);
+            mShortcut.setKey(QKeySequence::mnemonic(text));
+        }
+        if (!changed.Has(Aspect::Style)) return;
+        QFont font = mLabel.font();
+        font.setItalic(mControl.Italic());
+        mLabel.setFont(font);
+        SetTextColor(mLabel, QPalette::WindowText, Owner().Theme().Shown(mControl.TextColor()));
+    }
+
+  private:
+    Label& mControl;
+    MnemonicLabel& mLabel;
+    QShortcut& mShortcut;
+};
+
+class QtSelectableLabel : public ControlView {
+  public:
+    QtSelectableLabel(Label& control, QtWindow& window)
+        : ControlView(control, window, *new QLineEdit(&window.Content())),
+          mControl(control),
+          mEdit(static_cast<QLineEdit&>(Widget())) {
+        mEdit.setReadOnly(true);
+        mEdit.setFrame(false);
+        mEdit.setContextMenuPolicy(Qt::NoContextMenu);
+        mEdit.setTextMargins(-2, 0, 0, 0);  // in line with other labels
+        QPalette palette = mEdit.palette();
+        palette.setColor(QPalette::Base, Qt::transparent);
+        mEdit.setPalette(palette);
+    }
+
+  protected:
+    void Show(Aspects changed) override {
+        if (changed.Has(Aspect::Text) && mEdit.text() != ToQt(mControl.Text())) {
+            mEdit.setText(ToQt(mControl.Text()));
+            mEdit.setCursorPosition(0);
+        }
+        if (!changed.Has(Aspect::Style)) return;
+        QFont font = mEdit.font();
+        font.setItalic(mControl.Italic());
+        mEdit.setFont(font);
+        SetTextColor(mEdit, QPalette::Text, Owner().Theme().Shown(mControl.TextColor()));
+    }
+
+  private:
+    Label& mControl;
+    QLineEdit& mEdit;
+};
+
+}  // namespace
+
+std::unique_ptr<ControlView> MakeLabelView(Label& control, QtWindow& window) {
+    if (control.Selectable) return std::make_unique<QtSelectableLabel>(control, window);
+    return std::make_unique<QtLabel>(control, window);
+}
+
+}  // namespace sorbel

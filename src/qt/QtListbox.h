@@ -1,0 +1,25 @@
+#pragma once
+
+#include "qt/ControlView.h"
+#include "qt/ListView.h"
+
+namespace sorbel {
+
+class QtListbox : public ControlView {
+  public:
+    QtListbox(Listbox& control, QtWindow& window);
+
+  protected:
+    void Show(Aspects changed) override;
+
+  private:
+    void ShowSelection();
+
+    Listbox& mControl;
+    ListRows mRows;
+    ListView& mView;
+    int64_t mShownIndex = -1;
+    bool mTelling = false;  ///< the widget is being told, so what it reports is not the user's
+};
+
+}  // namespace sorbel

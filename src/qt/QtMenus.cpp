@@ -1,0 +1,60 @@
+#include "qt/QtMenus.h"
+
+#include <QKeyEvent>
+#include <QMenu>
+
+#include "ui/toolkit/Application.h"
+
+namespace sorbel {
+
+QtMenus::QtMenus(QMenuBar& bar, Application& app, std::function<void()> chosen)
+    : mBar(bar),
+      mApp(app),
+      mTree([&app] { return app.MenuBar.get(); },
+            [&app, chosen = std::move(chosen)](MenuItem& item) {
+                app.Choose(item);
+                chosen();
+            }) {
+    Update();
+}
+
+void QtMenus::Update() {
+    const QList<QAction*> before = mBar.actions();
+    mTree.Update(mBar);
+    const QList<QAction*> now = mBar.actions();
+    if (now == before) return;
+    for (QAction* action : now)
+        Watch(*action->menu());
+}
+
+void QtMenus::Watch(QMenu& menu) {
+    QObject::connect(&menu, &QMenu::aboutToShow, [this, &menu] {
+        mApp.Perform([this] { mApp.EnableMenuItems(); });
+        Update();
+        mTree.ShowEnabled(menu, true);
+    });
+    QObject::connect(&menu, &QMenu::aboutToHide, [this, &menu] { mTree.ShowEnabled(menu, false); });
+}
+
+bool QtMenus::Owns(const QKeyEvent& keys) const {
+    const QKeySequence pressed(keys.keyCombination());
+    const auto owns = [&pressed](const auto& self, const QWidget& menu) -> bool {
+        for (const QAction* action : menu.actions())
+            if (action->menu() ? self(self, *action->menu()) : action->shortcuts().contains(pressed))
+                return true;
+        return false;
+    };
+    return owns(owns, mBar);
+}
+
+MenuItem* RunPopUp(MenuItem& menu, const QPoint& at, QWidget* parent) {
+    MenuItem* chosen = nullptr;
+    MenuTree tree([&menu] { return &menu; }, [&chosen](MenuItem& item) { chosen = &item; });
+    QMenu popUp(parent);
+    tree.Update(popUp);
+    tree.ShowEnabled(popUp, true);
+    popUp.exec(at);
+    return chosen;
+}
+
+}  // namespace sorbel

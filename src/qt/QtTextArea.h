@@ -1,0 +1,31 @@
+#pragma once
+
+#include "qt/ControlView.h"
+#include "ui/toolkit/TextEditor.h"
+
+class QTextEdit;
+
+namespace sorbel {
+
+class QtTextArea : public ControlView {
+  public:
+    QtTextArea(TextArea& control, QtWindow& window);
+
+    [[nodiscard]] bool YieldsMenuKeys() const override { return true; }
+    void Edit(EditCommand command) override;
+
+  protected:
+    void Show(Aspects changed) override;
+
+  private:
+    void TakeEdit();
+    void ShowText();
+    void ShowRuns();
+    [[nodiscard]] qsizetype LongestHead(const QString& before, const QString& after) const;
+    [[nodiscard]] QString ShownText() const;
+
+    TextArea& mControl;
+    QTextEdit& mEdit;
+};
+
+}  // namespace sorbel

@@ -1,0 +1,192 @@
+#include "qt/QtWindow.h"
+
+#include <QGuiApplication>
+#include <QMenuBar>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+
+#include "qt/QtMenus.h"
+#include "qt/Text.h"
+#include "ui/toolkit/Application.h"
+
+namespace sorbel {
+
+namespace {
+
+/// What lies below the menu bar and holds the controls.
+class ContentWidget : public QWidget {
+  public:
+    explicit ContentWidget(QtWindow& window) : QWidget(&window), mWindow(window) {}
+    [[nodiscard]] QSize sizeHint() const override {
+        return {mWindow.Model().Width(), mWindow.Model().Height()};
+    }
+
+  protected:
+    void resizeEvent(QResizeEvent*) override { mWindow.ContentResized(); }
+
+  private:
+    QtWindow& mWindow;
+};
+
+}  // namespace
+
+QtWindow::QtWindow(std::shared_ptr<Window> window, QtTheme& theme)
+    : mModel(std::move(window)), mTheme(theme), mContent(new ContentWidget(*this)) {
+    setCentralWidget(mContent);
+    setAcceptDrops(true);
+    if (mModel->Type == Window::Kind::Document && mModel->MenuBar())
+        mMenus = std::make_unique<QtMenus>(*menuBar(), mModel->App(), [this] { MenusChanged(); });
+    SetUpFrame();
+    MakeControls();
+    mModel->Attach(this);
+}
+
+QtWindow::~QtWindow() {
+    Retire();
+}
+
+void QtWindow::SetUpFrame() {
+    const Window& model = *mModel;
+    Qt::WindowFlags flags = model.Type == Window::Kind::MovableModal ? Qt::Dialog : Qt::Window;
+    flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint;
+    flags.setFlag(Qt::WindowCloseButtonHint, model.HasCloseButton);
+    flags.setFlag(Qt::WindowMinimizeButtonHint, model.HasMinimizeButton);
+    flags.setFlag(Qt::WindowMaximizeButtonHint, model.HasMaximizeButton);
+    setWindowFlags(flags);
+    if (model.Type == Window::Kind::MovableModal) setWindowModality(Qt::ApplicationModal);
+    if (model.Resizeable) {
+        mContent->setMinimumSize(model.Minimum.Width, model.Minimum.Height);
+        mContent->setMaximumSize(model.Maximum.Width, model.Maximum.Height);
+    } else {
+        mContent->setFixedSize(model.Width(), model.Height());
+    }
+}
+
+/// Controls lie on one another in the order in which they were made, and take the focus in tab order.
+void QtWindow::MakeControls() {
+    std::vector<ControlView*> order;
+    for (Control* control : mModel->Controls()) {
+        mViews.push_back(MakeControlView(*control, *this));
+        order.push_back(mViews.back().get());
+    }
+    std::ranges::stable_sort(order, {}, [](const ControlView* view) { return view->Model().TabIndex(); });
+    for (size_t index = 1; index < order.size(); ++index)
+        setTabOrder(&order[index - 1]->Widget(), &order[index]->Widget());
+}
+
+void QtWindow::Open(const QWidget* front) {
+    Flush();
+    resize(sizeHint());
+    if (!mModel->Resizeable) setFixedSize(sizeHint());
+    if (mModel->Centred) move(screen()->availableGeometry().center() - QPoint(width(), height()) / 2);
+    if (front && mModel->Type == Window::Kind::MovableModal) {
+        (void)winId();  // makes the native window
+        windowHandle()->setTransientParent(front->windowHandle());
+    }
+    show();
+    TakePlace();
+}
+
+void QtWindow::Retire() {
+    if (std::exchange(mRetired, true)) return;
+    mModel->Attach(nullptr);
+    for (const auto& view : mViews)
+        view->Model().Attach(nullptr);
+    hide();
+}
+
+ControlView* QtWindow::ViewOf(const Control& control) const {
+    const auto found = std::ranges::find(mViews, &control, [](const auto& view) { return &view->Model(); });
+    return found == mViews.end() ? nullptr : found->get();
+}
+
+ControlView* QtWindow::ViewOf(const QObject* widget) const {
+    const auto found =
+        std::ranges::find(mViews, widget, [](const auto& view) -> const QObject* { return &view->Widget(); });
+    return found == mViews.end() ? nullptr : found->get();
+}
+
+void QtWindow::Changed(Aspect aspect) {
+    mChanged.Add(aspect);
+    ScheduleFlush();
+}
+
+void QtWindow::ScheduleFlush() {
+    if (mScheduled || mRetired) return;
+    mScheduled = true;
+    QMetaObject::invokeMethod(
+        this, [this] { Flush(); }, Qt::QueuedConnection);
+}
+
+void QtWindow::Flush() {
+    if (mFlushing || mRetired) return;
+    mScheduled = false;
+    mFlushing = true;
+    for (const auto& view : mViews)
+        view->Flush();
+    if (std::exchange(mMenusStale, false) && mMenus) mMenus->Update();
+    ShowWindow(std::exchange(mChanged, Aspects()));
+    mFlushing = false;
+    for (const auto& operation : std::exchange(mAfterFlush, {}))
+        operation();
+}
+
+void QtWindow::ShowWindow(Aspects changed) {
+    if (changed.Has(Aspect::Modified) || changed.Has(Aspect::Text)) {
+        const auto& file = mModel->RepresentedFile();
+        setWindowFilePath(file ? ToQt(file->NativePath()) : QString());
+        setWindowTitle(ToQt(mModel->Title()).replace(u"[*]"_qs, u"[*][*]"_qs) + u"[*]"_qs);
+        setWindowModified(mModel->ContentsChanged());
+    }
+    ShowFocus();
+    if (changed.Has(Aspect::Order) && isVisible() && !isActiveWindow()) {
+        raise();
+        activateWindow();
+    }
+}
+
+/// A focused control that is disabled for a while gets the focus back; until then no other takes its keys.
+void QtWindow::ShowFocus() {
+    const ControlView* view = mModel->Focus() ? ViewOf(*mModel->Focus()) : nullptr;
+    if (!view) return;
+    const bool usable = view->Widget().isEnabled() && view->Widget().isVisibleTo(mContent);
+    QWidget* const wanted = usable ? &view->Widget() : mContent;
+    QWidget* const present = focusWidget();
+    const bool inMenus = present && present != mContent && !mContent->isAncestorOf(present);
+    if (present != wanted && !inMenus) wanted->setFocus();
+}
+
+void QtWindow::Guard(const std::function<void()>& operation) {
+    try {
+        operation();
+    } catch (const std::exception&) {
+        const auto tell = [this, failure = std::current_exception()] {
+            mModel->App().Perform([&failure] { std::rethrow_exception(failure); });
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+    }
+}
+
+void QtWindow::MenusChanged() {
+    mMenusStale = true;
+    ScheduleFlush();
+}
+
+void QtWindow::AppearanceChanged() {
+    for (const auto& view : mViews) {
+        view->Changed(Aspect::Style);
+        view->Changed(Aspect::Cells);
+    }
+}
+
+void QtWindow::PopUpEditMenu(const QPoint& at) {
+    Application& app = mModel->App();
+    MenuItem* edit = mModel->MenuBar() ? mModel->MenuBar()->FindByName("EditMenu") : nullptr;
+    if (!edit) return;
+    app.Perform([&app] { app.EnableMenuItems(); });
+    if (MenuItem* chosen = RunPopUp(*edit, at, this)) app.Choose(*chosen);
+    MenusChanged();
+}
+
+}  // namespace sorbel

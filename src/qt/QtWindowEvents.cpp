@@ -1,0 +1,98 @@
+#include <QCloseEvent>
+#include <QDropEvent>
+#include <QMimeData>
+
+#include "qt/QtMenus.h"
+#include "qt/QtWindow.h"
+#include "qt/Text.h"
+#include "ui/toolkit/Application.h"
+
+namespace sorbel {
+
+namespace {
+
+bool IsModifier(int key) {
+    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_Meta ||
+           key == Qt::Key_AltGr || key == Qt::Key_CapsLock || key == Qt::Key_NumLock;
+}
+
+}  // namespace
+
+/// Watches the controls' widgets. Input finds them as the program left them.
+bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
+    ControlView* view = mRetired ? nullptr : ViewOf(watched);
+    if (!view) return QMainWindow::eventFilter(watched, event);
+    switch (event->type()) {
+        case QEvent::KeyPress:
+        case QEvent::InputMethod:
+        case QEvent::MouseButtonPress:
+            if (mScheduled) Flush();
+            break;
+        case QEvent::FocusIn:
+            if (!mFlushing) mModel->UserFocus(&view->Model());
+            break;
+        case QEvent::ShortcutOverride:
+            if (!view->YieldsMenuKeys() || !mMenus || !mMenus->Owns(static_cast<QKeyEvent&>(*event))) break;
+            event->ignore();
+            return true;
+        default:
+            break;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void QtWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange || mRetired || !isActiveWindow()) return;
+    if (mModel->App().FrontWindow() != mModel.get()) mModel->App().BringToFront(*mModel);
+}
+
+/// The window decides. If it goes, it goes through the backend.
+void QtWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    if (!mRetired) mModel->UserClose();
+}
+
+void QtWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void QtWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    Application& app = mModel->App();
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile()) app.OpenDocument(FileFromQt(url.toLocalFile()));
+}
+
+void QtWindow::keyPressEvent(QKeyEvent* event) {
+    if (mRetired || IsModifier(event->key())) return QMainWindow::keyPressEvent(event);
+    const QString text = event->text().isEmpty() ? QKeySequence(event->key()).toString() : event->text();
+    mModel->UserKeyDown(FromQt(text));
+}
+
+void QtWindow::mousePressEvent(QMouseEvent* event) {
+    const QPoint at = mContent->mapFrom(this, event->position().toPoint());
+    if (!mRetired && mContent->rect().contains(at)) mModel->UserMouseDown(at.x(), at.y());
+}
+
+void QtWindow::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    TakePlace();
+}
+
+void QtWindow::TakePlace() {
+    if (mRetired || !isVisible()) return;
+    const QPoint at = mContent->mapToGlobal(QPoint(0, 0));
+    if (at.x() != mModel->Left() || at.y() != mModel->Top()) mModel->UserMove(at.x(), at.y());
+}
+
+void QtWindow::ContentResized() {
+    if (mRetired || !isVisible()) return;
+    TakePlace();
+    const QSize size = mContent->size();
+    if (size.width() == mModel->Width() && size.height() == mModel->Height()) return;
+    mModel->UserResize({size.width(), size.height()}, true);
+    Flush();
+}
+
+}  // namespace sorbel

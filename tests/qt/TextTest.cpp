@@ -1,0 +1,153 @@
+#include <QClipboard>
+#include <QLineEdit>
+#include <QTextEdit>
+
+#include "Screen.h"
+
+namespace sorbel {
+
+class Text : public Screen {
+  protected:
+    QTextEdit& Edit() { return On<QTextEdit>(Small->Area); }
+    void FocusArea() {
+        Small->Area.SetFocus();
+        Settle();
+    }
+};
+
+TEST_F(Text, EachKeyIsOneChangeAndTheCursorStays) {
+    Small->Area.SetText("ab\r\ncd");
+    Open();
+    FocusArea();
+    std::vector<String> changes;
+    Small->Area.TextChange = [&] {
+        changes.push_back(Small->Area.Text());
+    };
+    Edit().moveCursor(QTextCursor::Start);
+    for (const char key : {'x', 'y'}) {
+        QTest::keyClick(&Edit(), key);
+        Settle();
+    }
+    EXPECT_EQ(changes, (std::vector<String>{"xab\r\ncd", "xyab\r\ncd"}));
+    EXPECT_EQ(Edit().textCursor().position(), 2);
+
+    QTest::keyClick(&Edit(), Qt::Key_Return, Qt::ShiftModifier);
+    Settle();
+    EXPECT_EQ(Small->Area.Text(), "xy\r\nab\r\ncd");
+    EXPECT_FALSE(Edit().document()->isUndoAvailable());
+}
+
+TEST_F(Text, CompositionIsOneChange) {
+    Open();
+    FocusArea();
+    int changes = 0;
+    Small->Area.TextChange = [&] {
+        ++changes;
+    };
+    for (const char* step : {"k", "ka"}) {
+        QInputMethodEvent composing(step, {});
+        QCoreApplication::sendEvent(&Edit(), &composing);
+        Settle();
+    }
+    EXPECT_EQ(changes, 0);
+    QInputMethodEvent done;
+    done.setCommitString(QStringLiteral("\u304B"));
+    QCoreApplication::sendEvent(&Edit(), &done);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(Small->Area.Text(), "\xE3\x81\x8B");
+}
+
+TEST_F(Text, AssignedTextsPutTheCursorWhereTheyChanged) {
+    Open();
+    struct Case {
+        const char *Before, *After;
+        int From, Cursor;
+    };
+    for (const Case& c : {Case{"one three", "one two three", 4, 8}, Case{"one two three", "one three", 8, 4},
+                          Case{"Open", "Save as", 2, 7}, Case{"Close file", "Open file", 0, 9},
+                          Case{"two", "one two", 1, 4}}) {
+        Small->Area.SetText(c.Before);
+        Settle();
+        QTextCursor cursor = Edit().textCursor();
+        cursor.setPosition(c.From);
+        Edit().setTextCursor(cursor);
+        Small->Area.SetText("x");
+        Small->Area.SetText(c.After);  // only what is there in the end is shown
+        Settle();
+        EXPECT_EQ(Edit().toPlainText(), c.After);
+        EXPECT_EQ(Edit().textCursor().position(), c.Cursor) << c.After;
+    }
+    Edit().selectAll();
+    Small->Area.SetText("one two");
+    Settle();
+    EXPECT_EQ(Edit().textCursor().selectedText(), "one two");
+}
+
+TEST_F(Text, RunsAreColoured) {
+    Small->Area.StyledText = Small->Area.ReadOnly = true;
+    Small->Area.SetText("");
+    for (const auto& [text, color] :
+         {std::pair{"a\r\n", 0x00AA00u}, {"\xC3\xA9\xF0\x9F\x98\x80", 0u}, {"z", 0xAA0000u}}) {
+        Small->Area.SetSelTextColor({color});
+        Small->Area.SetSelText(text);
+    }
+    Open();
+    const auto colorAt = [&](int position) {
+        QTextCursor cursor(Edit().document());
+        cursor.setPosition(position + 1);
+        const QTextCharFormat format = cursor.charFormat();
+        return format.hasProperty(QTextFormat::ForegroundBrush)
+                   ? format.foreground().color().name().toStdString()
+                   : "";
+    };
+    EXPECT_EQ(colorAt(0), "#00aa00");
+    EXPECT_EQ(colorAt(2), "");
+    EXPECT_EQ(colorAt(4), "");
+    EXPECT_EQ(colorAt(5), "#aa0000");
+}
+
+TEST_F(Text, NoBreakSpacesAndBadBytesSurviveCopyAndPaste) {
+    Small->Area.SetText(
+        "a\xC2\xA0"
+        "b\xFF");
+    Open();
+    FocusArea();
+    Backend.Edit(Small->Area, EditCommand::SelectAll);
+    Backend.Edit(Small->Area, EditCommand::Copy);
+    Small->Field.SetFocus();
+    Settle();
+    EXPECT_EQ(Small->Focus(), &Small->Field);
+    Backend.Edit(Small->Field, EditCommand::Paste);
+    EXPECT_EQ(Small->Field.Text(), Small->Area.Text());
+    Backend.Edit(Small->Area, EditCommand::Clear);
+    EXPECT_EQ(Small->Area.Text(), "");
+}
+
+TEST_F(Text, TabLeavesOrStaysAsTheFieldSays) {
+    Small->Area.AllowTabs = true;
+    Open();
+    FocusArea();
+    QTest::keyClick(&Edit(), Qt::Key_Tab);
+    EXPECT_EQ(Small->Area.Text(), "\t");
+    QTest::keyClick(&Edit(), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(Small->Focus(), &Small->Field);
+    FocusArea();
+    QTest::keyClick(&Edit(), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(Small->Focus(), &Small->List);
+}
+
+TEST_F(Text, AFieldDisabledForAWhileKeepsTheFocus) {
+    Open();
+    FocusArea();
+    Small->Area.SetEnabled(false);
+    Settle();
+    QTest::keyClick(QApplication::focusWidget(), 'x');
+    Small->Area.SetEnabled(true);
+    Settle();
+    QTest::keyClick(QApplication::focusWidget(), 'y');
+    EXPECT_EQ(Small->Area.Text(), "y");
+    EXPECT_EQ(Small->Keys, "x");
+    EXPECT_EQ(Small->Field.Text(), "");
+}
+
+}  // namespace sorbel
