@@ -16,7 +16,7 @@ if(SORBEL_SANITIZE)
   target_link_options(sorbel_options INTERFACE -fsanitize=address,undefined)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # False alarms on inlined code that the sanitizers have instrumented.
-    target_compile_options(sorbel_options INTERFACE -Wno-array-bounds)
+    target_compile_options(sorbel_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
   endif()
 endif()
 

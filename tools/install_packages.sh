@@ -11,7 +11,7 @@ for group in "$@"; do
                 nlohmann-json3-dev libgtest-dev fonts-dejavu-core)
             ;;
         # One version by name: others lay the same code out differently.
-        check) packages+=(clang-format-14) ;;
+        check) packages+=(clang-format-14 gettext gnustep-base-runtime python3-polib) ;;
         picture) packages+=(xvfb xauth xdotool imagemagick) ;;
         *)
             echo "install_packages.sh: no group of packages named $group" >&2

@@ -76,6 +76,7 @@ class MainWindow : public Window, public Listener {
     // --- Value editor (MainWindowEditor.cpp, MainWindowLayout.cpp) ---
     void ShowDefaultValue();
     void ValueChanged(StringView identifier) override;
+    void BatchEnded() override;
     void RepositionDefaultValueFields();
 
     // --- History (MainWindowHistory.cpp) ---
@@ -86,6 +87,12 @@ class MainWindow : public Window, public Listener {
     [[nodiscard]] static String TruncateString(Graphics& g, StringView text, int64_t maxWidth);
     [[nodiscard]] static String TruncateString(Graphics& g, StringView text, int64_t maxWidth,
                                                bool& truncated);
+
+    // --- Interchange (interchange/commands) ---
+    /// Imports delimited text. False: the file is not such text, and nothing has happened.
+    bool DetectFileFormat(const FolderItem& f);
+    /// Writes the translations into `EditedApplication`. What goes wrong is shown to the user.
+    void ExportToApplication(bool runAfterExport);
 
     // --- Events of the window ---
     void Event_Close() override;
@@ -106,7 +113,11 @@ class MainWindow : public Window, public Listener {
     // Menu handlers; true: dealt with.
     bool _EditRedo_Action();
     bool _EditUndo_Action();
+    bool _ExportExportandRun_Action();
+    bool _ExportExportTabDelimited_Action();
+    bool _ExportExporttoApplication_Action();
     bool _FileClose_Action();
+    bool _FileImportExistingFile_Action();
     bool _FileSave_Action();
     bool _LocalizationNextItem_Action();
     bool _LocalizationOnlyShowNonlocalizedStrings_Action();
@@ -130,6 +141,17 @@ class MainWindow : public Window, public Listener {
     void AddMatches(const SharedText& identifier, const PlatformTable& entry, const Finder& term);
     [[nodiscard]] bool IsShown(size_t place) const;
     void BringDirtyInStep();
+
+    enum class Imported { Done, Cancelled };
+    Imported ImportFile(const FolderItem& f);
+    bool AskLanguage(StringView importedLanguage);
+    void UpdateApplication(void (*update)(const LocalizedStringSet& set));
+
+    void ReactToChange(StringView identifier);
+    void PutOffReaction(StringView identifier);
+    bool mReactedInBatch = false;  ///< to the first change of the batch that is going on
+    bool mReactionDue = false;     ///< to a later one
+    Dictionary<String, bool> mHiddenMeanwhile;
     void DrawPlatformIcons(Graphics& g, const PlatformTable& entry) const;
     [[nodiscard]] Color SystemTextColor() const;
     [[nodiscard]] Color DisabledTextColor() const;

@@ -1,6 +1,8 @@
 #include "editing/InternalChange.h"
 #include "editing/MainWindow.h"
 #include "editing/changes/StringSetChange.h"
+#include "editing/rules/ChangedStrings.h"
+#include "editing/rules/Matching.h"
 #include "editing/rules/RowText.h"
 #include "editing/rules/WordComparison.h"
 
@@ -48,16 +50,43 @@ void MainWindow::LocalizedValueField_TextChange() {
 /// Typing arrives here with the counter raised and leaves list, panes and popup alone; undo and redo do not.
 void MainWindow::ValueChanged(StringView identifier) {
     if (IsInternalChange == 0) {
-        for (int64_t row = 0; row < ListBox1.ListCount(); ++row)
-            if (Equal(ListBox1.TextTag(row), identifier)) ListBox1.InvalidateRow(row);
-        const int64_t selected = ListBox1.ListIndex();
-        if (selected >= 0 && Equal(ListBox1.TextTag(selected), identifier)) {
-            const InternalChange guard(IsInternalChange);
-            ListBox1.SetListIndex(selected);  // fills the panes again
-        }
-        RebuildHistoryPopup();
+        if (mReactedInBatch)
+            PutOffReaction(identifier);
+        else
+            ReactToChange(identifier);
+        mReactedInBatch = Notifications::InBatch();
     }
     BringDirtyInStep();
+}
+
+void MainWindow::ReactToChange(StringView identifier) {
+    for (int64_t row = 0; row < ListBox1.ListCount(); ++row)
+        if (Equal(ListBox1.TextTag(row), identifier)) ListBox1.InvalidateRow(row);
+    const int64_t selected = ListBox1.ListIndex();
+    if (selected >= 0 && Equal(ListBox1.TextTag(selected), identifier)) {
+        const InternalChange guard(IsInternalChange);
+        ListBox1.SetListIndex(selected);  // fills the panes again
+    }
+    RebuildHistoryPopup();
+}
+
+/// The reaction ends in a rebuild of the list, and of those in a batch each replaces the one before. One by
+/// one they would leave the same list as the first and the last, but with the folders closed that were
+/// filtered out in between.
+void MainWindow::PutOffReaction(StringView identifier) {
+    mReactionDue = true;
+    const PlatformTable* entry = StringSet->Entries.Find(identifier);
+    if (!entry) return;
+    const bool asInVersion =
+        ActiveHistory && !IsNewOrChanged(*entry, ActiveHistory->Entries.Find(identifier));
+    if (asInVersion || (OnlyNonlocalized() && !IsUntranslated(*entry)))
+        mHiddenMeanwhile.Set(identifier, true);
+}
+
+void MainWindow::BatchEnded() {
+    if (mReactionDue) RebuildHistoryPopup();
+    mReactedInBatch = mReactionDue = false;
+    mHiddenMeanwhile.Clear();
 }
 
 }  // namespace sorbel

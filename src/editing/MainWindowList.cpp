@@ -30,7 +30,8 @@ void MainWindow::ShowAllStrings() {
         ListBox1.AddFolder({});
         ListBox1.SetTextTag(ListBox1.LastIndex(), identifier);
         ListBox1.SetNumberTag(ListBox1.LastIndex(), PlatformAny);
-        if (open.Count() > 0) ListBox1.SetExpanded(ListBox1.LastIndex(), open.HasKey(identifier));
+        if (open.HasKey(identifier) && !mHiddenMeanwhile.HasKey(identifier))
+            ListBox1.SetExpanded(ListBox1.LastIndex(), true);
     }
     ListBox1.SetScrollPosition(LastScrollPosition);
 }

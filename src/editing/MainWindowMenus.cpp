@@ -6,7 +6,11 @@ namespace sorbel {
 void MainWindow::AddMenuHandlers() {
     AddMenuHandler("EditRedo", [this] { return _EditRedo_Action(); });
     AddMenuHandler("EditUndo", [this] { return _EditUndo_Action(); });
+    AddMenuHandler("ExportExportandRun", [this] { return _ExportExportandRun_Action(); });
+    AddMenuHandler("ExportExportTabDelimited", [this] { return _ExportExportTabDelimited_Action(); });
+    AddMenuHandler("ExportExporttoApplication", [this] { return _ExportExporttoApplication_Action(); });
     AddMenuHandler("FileClose", [this] { return _FileClose_Action(); });
+    AddMenuHandler("FileImportExistingFile", [this] { return _FileImportExistingFile_Action(); });
     AddMenuHandler("FileSave", [this] { return _FileSave_Action(); });
     AddMenuHandler("LocalizationNextItem", [this] { return _LocalizationNextItem_Action(); });
     AddMenuHandler("LocalizationOnlyShowNonlocalizedStrings",

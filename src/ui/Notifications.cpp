@@ -1,5 +1,7 @@
 #include "ui/Notifications.h"
 
+#include <utility>
+
 namespace sorbel::Notifications {
 
 namespace {
@@ -9,6 +11,15 @@ Dictionary<const void*, Listeners>& mObservers() {
     return observers;
 }
 
+int batchDepth = 0;
+Listeners batchListeners;  // who heard of a change in the batch
+
+void EndBatch() {
+    if (--batchDepth > 0) return;
+    for (Listener* listener : std::exchange(batchListeners, {}).Keys())
+        listener->BatchEnded();
+}
+
 }  // namespace
 
 void AddObserver(const void* object, Listener& listener) {
@@ -16,6 +27,7 @@ void AddObserver(const void* object, Listener& listener) {
 }
 
 void RemoveObserver(const void* object, Listener& listener) {
+    batchListeners.Remove(&listener);
     Listeners* listeners = mObservers().Find(object);
     if (listeners && listeners->Remove(&listener) && listeners->Count() == 0) mObservers().Remove(object);
 }
@@ -24,8 +36,25 @@ void ValueChanged(const void* object, StringView identifier) {
     const Listeners* listeners = mObservers().Find(object);
     if (!listeners) return;
     // A copy, since a listener may register or remove others, which moves the dictionary.
-    for (Listener* listener : listeners->Keys())
+    for (Listener* listener : listeners->Keys()) {
+        if (InBatch()) batchListeners.Set(listener, true);
         listener->ValueChanged(identifier);
+    }
+}
+
+void Batch(const std::function<void()>& changes) {
+    ++batchDepth;
+    try {
+        changes();
+    } catch (...) {
+        EndBatch();
+        throw;
+    }
+    EndBatch();
+}
+
+bool InBatch() {
+    return batchDepth > 0;
 }
 
 const Dictionary<const void*, Listeners>& Observers() {

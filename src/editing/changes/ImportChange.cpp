@@ -2,18 +2,24 @@
 
 #include <algorithm>
 
+#include "ui/Notifications.h"
+
 namespace sorbel {
 
 void ImportChange::Execute() {
-    for (const auto& change : Changes)
-        change->Perform();
+    Notifications::Batch([this] {
+        for (const auto& change : Changes)
+            change->Perform();
+    });
     if (StringSet) StringSet->History.insert(StringSet->History.end(), Histories.begin(), Histories.end());
 }
 
 // Each change knows the value from before the whole import, so the order does not matter.
 void ImportChange::Unexecute() {
-    for (const auto& change : Changes)
-        change->Undo();
+    Notifications::Batch([this] {
+        for (const auto& change : Changes)
+            change->Undo();
+    });
     if (!StringSet) return;
     auto& history = StringSet->History;
     for (const auto& snapshot : Histories) {

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "platform/Text.h"
+
+namespace sorbel {
+
+/// Backslash escapes for quotation mark, backslash, CR, LF and tab; everything else passes through.
+[[nodiscard]] String EscapeCStyle(StringView s);
+
+/// Undoes them. An unknown escape loses its backslash, as does one at the end.
+[[nodiscard]] String DecodeCStyleEscapes(StringView s);
+
+}  // namespace sorbel
