@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "editing/undo/UndoManager.h"
+#include "scripting/FrontDocument.h"
 #include "stringset/LocalizedStringSet.h"
 #include "ui/Notifications.h"
 #include "ui/OptionsButton.h"
@@ -19,7 +20,7 @@ namespace sorbel {
 
 /// The editing of one locale file: the document, its undo history and the controls. Its methods stand in one
 /// .cpp for each subject; what they decide is worked out in editing/rules.
-class MainWindow : public Window, public Listener {
+class MainWindow : public Window, public Listener, public FrontDocument {
   public:
     /// A window on a file. Fails with a RuntimeException if the file cannot be read.
     static std::shared_ptr<MainWindow> Create(Application& app, const std::shared_ptr<FolderItem>& f);
@@ -73,7 +74,7 @@ class MainWindow : public Window, public Listener {
     // --- Filtering and search (MainWindowFilter.cpp) ---
     void FilterStrings();
 
-    // --- Value editor (MainWindowEditor.cpp, MainWindowLayout.cpp) ---
+    // --- Value editor (MainWindowEditor.cpp, MainWindowBatch.cpp, MainWindowLayout.cpp) ---
     void ShowDefaultValue();
     void ValueChanged(StringView identifier) override;
     void BatchEnded() override;
@@ -93,6 +94,15 @@ class MainWindow : public Window, public Listener {
     bool DetectFileFormat(const FolderItem& f);
     /// Writes the translations into `EditedApplication`. What goes wrong is shown to the user.
     void ExportToApplication(bool runAfterExport);
+
+    // --- What scripts reach ---
+    [[nodiscard]] Window& DocumentWindow() override { return *this; }
+    [[nodiscard]] int64_t RowCount() const override { return ListBox1.ListCount(); }
+    [[nodiscard]] int64_t SelectedRow() const override { return ListBox1.ListIndex(); }
+    void SelectRow(int64_t row) override { ListBox1.SetListIndex(row); }
+    [[nodiscard]] String DefaultText() const override { return DefaultValueFieldLong.Text(); }
+    [[nodiscard]] String TranslatedText() const override { return LocalizedValueField.Text(); }
+    void SetTranslatedText(StringView text) override { LocalizedValueField.SetText(text); }
 
     // --- Events of the window ---
     void Event_Close() override;
@@ -147,14 +157,19 @@ class MainWindow : public Window, public Listener {
     bool AskLanguage(StringView importedLanguage);
     void UpdateApplication(void (*update)(const LocalizedStringSet& set));
 
-    void ReactToChange(StringView identifier);
-    void PutOffReaction(StringView identifier);
-    bool mReactedInBatch = false;  ///< to the first change of the batch that is going on
-    bool mReactionDue = false;     ///< to a later one
-    Dictionary<String, bool> mHiddenMeanwhile;
     void DrawPlatformIcons(Graphics& g, const PlatformTable& entry) const;
     [[nodiscard]] Color SystemTextColor() const;
     [[nodiscard]] Color DisabledTextColor() const;
+
+    // Reactions to changes, and what is remembered of those put off in a batch (MainWindowBatch.cpp).
+    void ReactToChange(StringView identifier);
+    void PutOffReaction(StringView identifier);
+    [[nodiscard]] bool SearchSelects(StringView identifier, const PlatformTable& entry, bool shown) const;
+    bool mReactedInBatch = false;               ///< to the first change of the batch that is going on
+    bool mReactionDue = false;                  ///< to a later one
+    bool mSelectedMeanwhile = false;            ///< a row, by a reaction put off
+    bool mDeselectedMeanwhile = false;          ///< by the next one
+    Dictionary<String, bool> mHiddenMeanwhile;  ///< strings that a reaction put off would have filtered out
 };
 
 }  // namespace sorbel

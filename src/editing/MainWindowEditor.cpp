@@ -1,8 +1,6 @@
 #include "editing/InternalChange.h"
 #include "editing/MainWindow.h"
 #include "editing/changes/StringSetChange.h"
-#include "editing/rules/ChangedStrings.h"
-#include "editing/rules/Matching.h"
 #include "editing/rules/RowText.h"
 #include "editing/rules/WordComparison.h"
 
@@ -68,25 +66,6 @@ void MainWindow::ReactToChange(StringView identifier) {
         ListBox1.SetListIndex(selected);  // fills the panes again
     }
     RebuildHistoryPopup();
-}
-
-/// The reaction ends in a rebuild of the list, and of those in a batch each replaces the one before. One by
-/// one they would leave the same list as the first and the last, but with the folders closed that were
-/// filtered out in between.
-void MainWindow::PutOffReaction(StringView identifier) {
-    mReactionDue = true;
-    const PlatformTable* entry = StringSet->Entries.Find(identifier);
-    if (!entry) return;
-    const bool asInVersion =
-        ActiveHistory && !IsNewOrChanged(*entry, ActiveHistory->Entries.Find(identifier));
-    if (asInVersion || (OnlyNonlocalized() && !IsUntranslated(*entry)))
-        mHiddenMeanwhile.Set(identifier, true);
-}
-
-void MainWindow::BatchEnded() {
-    if (mReactionDue) RebuildHistoryPopup();
-    mReactedInBatch = mReactionDue = false;
-    mHiddenMeanwhile.Clear();
 }
 
 }  // namespace sorbel

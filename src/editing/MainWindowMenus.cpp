@@ -1,4 +1,5 @@
 #include "editing/MainWindow.h"
+#include "scripting/Scripting.h"
 #include "ui/toolkit/Application.h"
 
 namespace sorbel {
@@ -23,6 +24,7 @@ void MainWindow::Event_EnableMenuItems() {
     EnableItem("EditRedo", undoManager->HasRedo());
     EnableItem("FileSave", IsDirty);
     EnableItem("ExportExportandRun", StringSet->EditedApplication != nullptr);
+    if (MenuItem* scripts = Item("ScriptsMenu")) Scripting::RebuildMenu(*scripts, App());
 }
 
 bool MainWindow::_EditRedo_Action() {

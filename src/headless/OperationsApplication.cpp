@@ -36,11 +36,22 @@ void Menus(Session& session, const Request&, Json& reply) {
     reply["menus"] = DescribeItems(*session.App->MenuBar);
 }
 
+/// The items of the Scripts menu have captions only, and are those of the folder as it stands.
+MenuItem* FindScript(Session& session, StringView caption) {
+    session.App->Perform([&] { session.App->EnableMenuItems(); });
+    MenuItem* menu = session.App->MenuBar->FindByName("ScriptsMenu");
+    for (size_t index = 0; menu && index < menu->Count(); ++index)
+        if (menu->Item(index).Text() == caption) return &menu->Item(index);
+    return nullptr;
+}
+
 void Menu(Session& session, const Request& request, Json& reply) {
-    if (request.Has("script")) throw RequestError("there are no scripts");
-    const String name = request.Text("name");
+    const bool script = request.Has("script");
+    const String name = request.Text(script ? "script" : "name");
     // Nameless items are separate things that share no name.
-    MenuItem* item = name.empty() ? nullptr : session.App->MenuBar->FindByName(name);
+    MenuItem* item = script         ? FindScript(session, name)
+                     : name.empty() ? nullptr
+                                    : session.App->MenuBar->FindByName(name);
     if (!item) throw RequestError("there is no menu item \"" + name + "\"");
     const Application::Chosen chosen = session.App->Choose(*item);
     reply["enabled"] = chosen.Enabled;

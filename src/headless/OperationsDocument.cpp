@@ -4,6 +4,7 @@
 #include "headless/Describe.h"
 #include "headless/Operations.h"
 #include "headless/RecordingGraphics.h"
+#include "scripting/Scripting.h"
 
 namespace sorbel::headless {
 
@@ -198,8 +199,9 @@ void DescribeDocument(Session& session, const Request&, Json& reply) {
     AddUndoState(*window.undoManager, reply);
 }
 
-void Run(Session&, const Request&, Json&) {
-    throw RequestError("there are no scripts");
+void Run(Session& session, const Request& request, Json&) {
+    const String source = request.Text("source");
+    session.App->Perform([&] { Scripting::RunScript(*session.App, source); });
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <cstdlib>
+#include <filesystem>
 #include <iostream>
 
 #include "headless/Arguments.h"
@@ -10,23 +12,45 @@ using namespace sorbel::headless;
 
 namespace {
 
+/// The Documents folder of a run that was given none: empty, and gone with the run, so that no script of the
+/// user's takes part and nothing is left in the user's folders.
+class PrivateDocuments {
+  public:
+    PrivateDocuments() {
+        String path = (std::filesystem::temp_directory_path() / "sorbel-headless-XXXXXX").native();
+        if (mkdtemp(path.data())) mPath = path;
+    }
+    PrivateDocuments(const PrivateDocuments&) = delete;
+    PrivateDocuments& operator=(const PrivateDocuments&) = delete;
+    ~PrivateDocuments() {
+        std::error_code ignored;
+        if (!mPath.empty()) std::filesystem::remove_all(mPath, ignored);
+    }
+    [[nodiscard]] const String& Path() const { return mPath; }
+
+  private:
+    String mPath;
+};
+
 void SetUp(const Arguments& arguments, HeadlessClock& clock) {
     if (arguments.Now) clock.StopAt(*arguments.Now);
     Clock::Install(&clock);
     if (!arguments.Locale.empty()) Date::SetLocale(arguments.Locale);
-    if (!arguments.Documents.empty()) SpecialFolder::SetDocuments(arguments.Documents);
+    SpecialFolder::SetDocuments(arguments.Documents);
     SpecialFolder::SetResources(arguments.Resources.empty() ? DefaultResources() : arguments.Resources);
 }
 
 }  // namespace
 
 int main(int count, char** words) {
-    const std::optional<Arguments> arguments = ParseArguments({words + 1, words + count});
+    std::optional<Arguments> arguments = ParseArguments({words + 1, words + count});
     if (!arguments) {
         std::cerr << Usage;
         return 2;
     }
     std::ios::sync_with_stdio(false);
+    std::optional<PrivateDocuments> documents;
+    if (arguments->Documents.empty()) arguments->Documents = documents.emplace().Path();
     HeadlessClock clock(Clock::Current());
     SetUp(*arguments, clock);
     Session session(clock);

@@ -40,12 +40,66 @@ class Failing : public Action {
     void Unexecute() override { throw OutOfBoundsException(); }
 };
 
+/// A window whose imports are batched or not.
+class Subject {
+  public:
+    Subject(LocalizedStringSet& document, bool batched) : mTest(document), mBatched(batched) {}
+
+    [[nodiscard]] MainWindow& Window() const { return mWindow; }
+    void Perform(std::unique_ptr<ImportChange> import) {
+        if (mBatched)
+            mWindow.undoManager->Add(std::move(import), true);
+        else
+            mWindow.undoManager->Add(std::make_unique<OneByOne>(std::move(import)), true);
+    }
+
+    /// Everything that can be seen of the window.
+    String Seen() {
+        mSeen.clear();
+        const Listbox& list = mWindow.ListBox1;
+        for (int64_t row = 0; row < list.ListCount(); ++row) {
+            Note("row", list.TextTag(row).View(), list.NumberTag(row), list.Cell(row), list.Depth(row),
+                 list.Expanded(row), list.RowPicture(row) != nullptr);
+        }
+        Note("list", list.ListIndex(), list.ScrollPosition());
+        for (const TextArea* area : {&mWindow.DefaultValueFieldLong, &mWindow.HistoryDefaultValueFieldLong,
+                                     &mWindow.LocalizedValueField})
+            Note("pane", area->Text(), area->Enabled(), area->Visible(), area->Top(), area->Height());
+        Note("labels", mWindow.NameField.Text(), mWindow.NameField.Italic(),
+             mWindow.HistoryDefaultValueLabel.Text(), mWindow.HistoryDefaultValueLabel.Visible());
+        const PopupMenu& popup = mWindow.HistoryFilter;
+        for (int64_t row = 0; row < popup.ListCount(); ++row)
+            Note("version", popup.RowText(row));
+        Note("popup", popup.ListIndex(), popup.Enabled(), mWindow.ActiveHistory != nullptr);
+        for (const bool shown : mWindow.HistoryFilterShouldShow)
+            mSeen += shown ? "+" : "-";
+        Note("dirty", mWindow.IsDirty, mWindow.ContentsChanged(), mWindow.undoManager->UndoStack().size(),
+             mWindow.undoManager->RedoStack().size(), mWindow.IsInternalChange);
+        Note("failure", mTest.App.TakeUnhandled(), mTest.Desktop.MenuChanges);
+        return mSeen + ToDelimitedText(*mWindow.StringSet);
+    }
+
+  protected:
+    WindowUnderTest mTest;
+    MainWindow& mWindow = *mTest.Window;
+
+  private:
+    template <typename... Values>
+    void Note(const Values&... values) {
+        std::ostringstream line;
+        ((line << values << '|'), ...);
+        mSeen += line.str() + "\n";
+    }
+
+    bool mBatched;
+    String mSeen;
+};
+
 /// One window, walked through random steps with imports among them. What a step does depends on the seed
 /// alone, so that a second walk with the other sort of import can be compared with it.
-class BatchWalk {
+class BatchWalk : public Subject {
   public:
-    BatchWalk(unsigned seed, bool batched)
-        : mRandom(seed), mBatched(batched), mTest(*MakeDocument()), mWindow(*mTest.Window) {}
+    BatchWalk(unsigned seed, bool batched) : BatchWalk(std::mt19937(seed), batched) {}
 
     String Step() {
         switch (Pick(14)) {
@@ -90,33 +144,9 @@ class BatchWalk {
         }
     }
 
-    /// Everything that can be seen of the window.
-    String Seen() {
-        mSeen.clear();
-        const Listbox& list = mWindow.ListBox1;
-        for (int64_t row = 0; row < list.ListCount(); ++row) {
-            Note("row", list.TextTag(row).View(), list.NumberTag(row), list.Cell(row), list.Depth(row),
-                 list.Expanded(row), list.RowPicture(row) != nullptr);
-        }
-        Note("list", list.ListIndex(), list.ScrollPosition());
-        for (const TextArea* area : {&mWindow.DefaultValueFieldLong, &mWindow.HistoryDefaultValueFieldLong,
-                                     &mWindow.LocalizedValueField})
-            Note("pane", area->Text(), area->Enabled(), area->Visible(), area->Top(), area->Height());
-        Note("labels", mWindow.NameField.Text(), mWindow.NameField.Italic(),
-             mWindow.HistoryDefaultValueLabel.Text(), mWindow.HistoryDefaultValueLabel.Visible());
-        const PopupMenu& popup = mWindow.HistoryFilter;
-        for (int64_t row = 0; row < popup.ListCount(); ++row)
-            Note("version", popup.RowText(row));
-        Note("popup", popup.ListIndex(), popup.Enabled(), mWindow.ActiveHistory != nullptr);
-        for (const bool shown : mWindow.HistoryFilterShouldShow)
-            mSeen += shown ? "+" : "-";
-        Note("dirty", mWindow.IsDirty, mWindow.ContentsChanged(), mWindow.undoManager->UndoStack().size(),
-             mWindow.undoManager->RedoStack().size(), mWindow.IsInternalChange);
-        Note("failure", mTest.App.TakeUnhandled(), mTest.Desktop.MenuChanges);
-        return mSeen + ToDelimitedText(*mWindow.StringSet);
-    }
-
   private:
+    BatchWalk(std::mt19937 random, bool batched) : Subject(*MakeDocument(random), batched), mRandom(random) {}
+
     static constexpr const char* Texts[] = {"", "", "Datei", "OK", "file"};
     static constexpr const char* Terms[] = {"", "", "file", "D", "zzz"};
 
@@ -124,14 +154,17 @@ class BatchWalk {
     int64_t Row() {
         return static_cast<int64_t>(Pick(static_cast<size_t>(mWindow.ListBox1.ListCount()) + 1)) - 1;
     }
-    const char* AnyText() { return Texts[Pick(std::size(Texts))]; }
+    static const char* AnyText(std::mt19937& random) { return Texts[random() % std::size(Texts)]; }
+    const char* AnyText() { return AnyText(mRandom); }
     static String Identifier(size_t number) { return (number % 3 ? "k" : "kFile") + std::to_string(number); }
 
-    std::unique_ptr<LocalizedStringSet> MakeDocument() {
+    static std::unique_ptr<LocalizedStringSet> MakeDocument(std::mt19937& random) {
         auto document = std::make_unique<LocalizedStringSet>();
         for (size_t number = 0; number < 8; ++number) {
-            document->AddEntry(static_cast<int64_t>(Pick(3)), Identifier(number), AnyText(), AnyText());
-            if (Pick(2)) document->AddEntry(PlatformLinux, Identifier(number), AnyText(), AnyText());
+            document->AddEntry(static_cast<int64_t>(random() % 3), Identifier(number), AnyText(random),
+                               AnyText(random));
+            if (random() % 2)
+                document->AddEntry(PlatformLinux, Identifier(number), AnyText(random), AnyText(random));
             if (number == 2 || number == 5) {
                 document->History.push_back(document->Clone());
                 document->History.back()->DateGenerated->SetSQLDateTime("2001-01-0" + std::to_string(number) +
@@ -158,10 +191,7 @@ class BatchWalk {
         mTest.App.Perform([&] {
             std::optional<InternalChange> guard;
             if (Pick(2)) guard.emplace(mWindow.IsInternalChange);
-            if (mBatched)
-                mWindow.undoManager->Add(std::move(change), true);
-            else
-                mWindow.undoManager->Add(std::make_unique<OneByOne>(std::move(change)), true);
+            Perform(std::move(change));
         });
     }
 
@@ -182,18 +212,7 @@ class BatchWalk {
             mWindow.ListBox1.PaintCell(g, row, 0, 0);
     }
 
-    template <typename... Values>
-    void Note(const Values&... values) {
-        std::ostringstream line;
-        ((line << values << '|'), ...);
-        mSeen += line.str() + "\n";
-    }
-
     std::mt19937 mRandom;
-    bool mBatched;
-    WindowUnderTest mTest;
-    MainWindow& mWindow;
-    String mSeen;
 };
 
 /// A window with a walk of its own at a time, since the desktop's clock and colours are the program's.
@@ -212,6 +231,70 @@ TEST(Batch, LeavesWhatEachChangeByItselfWouldLeave) {
         const std::vector<String> batched = SeenOnAWalk(seed, true), single = SeenOnAWalk(seed, false);
         for (size_t step = 0; step < batched.size(); ++step)
             ASSERT_EQ(batched[step], single[step]) << "seed " << seed << ", step " << step;
+    }
+}
+
+struct Row {
+    const char* Identifier;
+    int64_t Platform;
+    const char *Default, *Translated;
+};
+
+std::unique_ptr<ImportChange> ImportOf(const MainWindow& window, const std::vector<Row>& rows) {
+    auto change = std::make_unique<ImportChange>();
+    change->StringSet = window.StringSet;
+    for (const Row& row : rows)
+        change->Changes.push_back(std::make_unique<StringSetChange>(
+            window.StringSet, row.Identifier, row.Platform, row.Translated, row.Default));
+    return change;
+}
+
+void FillVersions(LocalizedStringSet& document) {
+    document.AddEntry(PlatformAny, "first", "F", "");
+    document.AddEntry(PlatformAny, "k", "A", "");
+    document.AddEntry(PlatformMacOS, "k", "M", "");
+    document.AddEntry(PlatformAny, "last", "L", "");
+    document.History.push_back(document.Clone());
+    document.AddEntry(PlatformAny, "first", "new", "");
+    document.AddEntry(PlatformAny, "k", "new", "");
+}
+
+TEST(Batch, ClosesAFolderThatWasHiddenMeanwhile) {
+    String seen[2];
+    for (const bool batched : {false, true}) {
+        LocalizedStringSet document;
+        FillVersions(document);
+        Subject subject(document, batched);
+        subject.Window().HistoryFilter.UserChoose(1);
+        ASSERT_EQ(subject.Window().ListBox1.ListCount(), 2);
+        subject.Window().ListBox1.UserExpand(1, true);
+        subject.Perform(ImportOf(subject.Window(), {{"first", PlatformAny, "", "x"},
+                                                    {"k", PlatformAny, "A", "y"},
+                                                    {"k", PlatformMacOS, "new", "z"}}));
+        seen[batched] = subject.Seen();
+    }
+    EXPECT_EQ(seen[true], seen[false]);
+}
+
+TEST(Batch, EmptiesThePanesForASelectionThatCameAndWent) {
+    const std::vector<Row> cases[] = {
+        {{"x", PlatformAny, "", "1"}, {"k", PlatformAny, "", "x"}, {"k", PlatformAny, "", "2"}},
+        {{"x", PlatformAny, "", "1"}, {"k", PlatformAny, "", "2"}, {"x", PlatformAny, "", "3"}},
+        {{"a", PlatformAny, "", "x"}, {"a", PlatformAny, "", "2"}, {"a", PlatformAny, "", "x"}}};
+    for (const char* first : {"x", "a"}) {
+        for (const std::vector<Row>& rows : cases) {
+            String seen[2];
+            for (const bool batched : {false, true}) {
+                LocalizedStringSet document;
+                for (const char* identifier : {first, "k", "last"})
+                    document.AddEntry(PlatformAny, identifier, "", identifier == first ? "x" : "");
+                Subject subject(document, batched);
+                subject.Window().SearchField.UserSetText("x");
+                subject.Perform(ImportOf(subject.Window(), rows));
+                seen[batched] = subject.Seen();
+            }
+            EXPECT_EQ(seen[true], seen[false]) << first;
+        }
     }
 }
 

@@ -1,0 +1,131 @@
+#include "scripting/Scripting.h"
+
+#include "platform/FileContents.h"
+#include "platform/SpecialFolder.h"
+#include "platform/TextStreams.h"
+#include "scripting/Samples.h"
+#include "scripting/ScriptContext.h"
+#include "scripting/ScriptEngine.h"
+#include "ui/toolkit/Application.h"
+
+namespace sorbel::Scripting {
+
+namespace {
+
+/// Folders below `base`, made where they are missing; null if one cannot be named.
+std::shared_ptr<FolderItem> GetSubFolder(const FolderItem& base, const std::vector<String>& parts) {
+    const std::shared_ptr<FolderItem> parent = base.Parent();
+    std::shared_ptr<FolderItem> folder = parent ? parent->Child(base.Name(), true) : nullptr;
+    for (const String& part : parts) {
+        folder = folder ? folder->Child(part, true) : nullptr;
+        if (!folder) return nullptr;
+        if (!folder->Exists()) folder->CreateAsFolder();
+    }
+    return folder;
+}
+
+/// A sample that the user has deleted comes back; one that was edited is left alone.
+void WriteSample(const FolderItem& folder, StringView name, StringView text) {
+    const std::shared_ptr<FolderItem> f = folder.Child(name, true);
+    if (f && !f->Exists()) WriteContents(*f, String(text) + String(EndOfLine));
+}
+
+void WriteSamples(const FolderItem& scripts) {
+    try {
+        const std::shared_ptr<FolderItem> samples = scripts.Child("Samples", true);
+        if (!samples) return;
+        if (!samples->Exists()) samples->CreateAsFolder();
+        WriteSample(*samples, "Sample.sorbel_script", Sample);
+        WriteSample(*samples, "Loop Sample.sorbel_script", LoopSample);
+    } catch (const IOException&) {
+        return;  // the scripts work without their samples
+    }
+}
+
+/// Keys for the first eighteen scripts. The second row of digits begins with 0.
+String ShortcutOf(int64_t counter) {
+    if (counter <= 9) return std::to_string(counter);
+    if (counter <= 18) return "SHIFT+" + std::to_string(counter - 10);
+    return {};
+}
+
+bool IsScript(StringView name) {
+    return Equal(NthField(name, ".", CountFields(name, ".")), "sorbel_script");
+}
+
+void AddScripts(MenuItem& menu, Application& app, const FolderItem& folder) {
+    int64_t counter = 1;
+    for (const std::shared_ptr<FolderItem>& item : folder.Items()) {
+        const String name = item->Name();
+        if (!IsScript(name)) continue;
+        menu.Append(
+            std::make_unique<ScriptMenuItem>(app, NthField(name, ".", 1), ShortcutOf(counter), item, true));
+        ++counter;
+    }
+}
+
+void RemoveAll(MenuItem& menu) {
+    while (menu.Count() > 0)
+        menu.Remove(0);
+}
+
+/// Keeps the engine of the latest run.
+std::shared_ptr<ScriptEngine> mScriptingEngine;
+
+}  // namespace
+
+std::shared_ptr<FolderItem> ScriptsFolder() {
+    const std::shared_ptr<FolderItem> documents = SpecialFolder::Documents();
+    if (!documents) return nullptr;
+    std::shared_ptr<FolderItem> scripts = GetSubFolder(*documents, {"Kestrum", "Sorbel", "Scripts"});
+    if (scripts) WriteSamples(*scripts);
+    return scripts;
+}
+
+void RunScript(Application& app, StringView source) {
+    const auto engine = std::make_shared<ScriptEngine>(app);
+    mScriptingEngine = engine;
+    ScriptContext context(app);
+    engine->Context = &context;
+    engine->Source = source;
+    engine->Run();
+    engine->Context = nullptr;
+}
+
+void RebuildMenu(MenuItem& scriptsMenu, Application& app) {
+    const std::shared_ptr<FolderItem> folder = ScriptsFolder();
+    if (folder && folder->Exists()) {
+        RemoveAll(scriptsMenu);
+        AddScripts(scriptsMenu, app, *folder);
+    }
+    if (scriptsMenu.Count() > 0) scriptsMenu.Append(std::make_unique<MenuItem>("", "-"));
+    scriptsMenu.Append(std::make_unique<ScriptMenuItem>(app, "Show Scripts Folder", "", nullptr, true));
+}
+
+ScriptMenuItem::ScriptMenuItem(Application& app, String caption, StringView shortcut,
+                               std::shared_ptr<FolderItem> tag, bool enabled)
+    : MenuItem({}, std::move(caption)), mApp(app), mTag(std::move(tag)) {
+    if (!Trim(shortcut).empty()) Shortcut = "CMD + " + String(shortcut);
+    Enabled = enabled;
+}
+
+bool ScriptMenuItem::Event_Action() {
+    if (!mTag) return ShowScriptsFolder();
+    try {
+        TextInputStream s = TextInputStream::Open(*mTag);
+        RunScript(mApp, s.ReadAll());
+        return true;
+    } catch (const IOException&) {
+        mApp.Desktop().MsgBox("Could not open the script file named \"" + mTag->Name() + "\".");
+        return false;
+    }
+}
+
+bool ScriptMenuItem::ShowScriptsFolder() {
+    const std::shared_ptr<FolderItem> folder = ScriptsFolder();
+    if (!folder) throw NilObjectException("There is no folder for scripts.");
+    mApp.Desktop().Launch(*folder);
+    return true;
+}
+
+}  // namespace sorbel::Scripting

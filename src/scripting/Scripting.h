@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/FolderItem.h"
+#include "ui/toolkit/MenuItem.h"
+
+namespace sorbel {
+
+class Application;
+
+/// The user's scripts: a folder of text files, and the menu that mirrors it.
+namespace Scripting {
+
+/// The folder of the scripts, with its samples, making what is missing. Null if the user has no Documents
+/// folder.
+[[nodiscard]] std::shared_ptr<FolderItem> ScriptsFolder();
+
+/// Runs a script's text to its end. Errors are told to the user.
+void RunScript(Application& app, StringView source);
+
+/// Makes the items of the Scripts menu anew from the folder as it stands.
+void RebuildMenu(MenuItem& scriptsMenu, Application& app);
+
+/// A script, or with a null `tag` the item that shows the scripts folder.
+class ScriptMenuItem : public MenuItem {
+  public:
+    ScriptMenuItem(Application& app, String caption, StringView shortcut, std::shared_ptr<FolderItem> tag,
+                   bool enabled);
+
+    [[nodiscard]] bool HasAction() const override { return true; }
+    bool Event_Action() override;
+
+  private:
+    bool ShowScriptsFolder();
+
+    Application& mApp;
+    std::shared_ptr<FolderItem> mTag;
+};
+
+}  // namespace Scripting
+
+}  // namespace sorbel

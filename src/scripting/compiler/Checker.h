@@ -1,0 +1,194 @@
+#pragma once
+
+#include "scripting/compiler/ScriptHost.h"
+#include "scripting/compiler/Symbols.h"
+
+namespace sorbel::script {
+
+/// What the checker found, besides what it wrote into the tree.
+struct Checked {
+    std::deque<Symbol> Symbols;
+    std::deque<Variable> Variables;
+    std::deque<Constant> Constants;
+    std::deque<Method> Methods;
+    std::deque<Property> Properties;
+    std::deque<MethodDecl> HostDecls;
+    std::vector<Method*> Bodies;          // methods with code, in the order of their functions, from 1
+    std::vector<Variable*> TopVariables;  // which every method reaches
+    std::unordered_map<const Variable*, Variable*> StaticFlags;
+    std::vector<Variable*> Initialised;  // properties with values to set before the program starts
+    struct Implementation {
+        Type* Class;
+        const Method* Wanted;  // of the interface
+        const Method* Found;
+    };
+    std::vector<Implementation> Implementations;
+    std::vector<Type*> Classes;  // with structures and interfaces; the superclass before its heirs
+};
+
+/// Gives every name its meaning and every expression its type, and makes each conversion visible in the tree.
+/// Fails with CompileError; of several, the first in the text.
+class Checker {
+  public:
+    Checker(Tree& tree, Names& names, Types& types, const ScriptHost* host, Checked& out);
+    void Check();
+
+  private:
+    using Scope = std::unordered_map<NameId, Symbol*>;
+
+    // Declarations
+    void DeclareHost(const ScriptHost& host);
+    void DeclareTypes(TypeDecl& owner, Type* around);
+    void ResolveHeritage(Type& type);
+    void ResolveClassHeritage(Type& type);
+    void DeclareMembers(TypeDecl& decl, Type* owner);
+    void DeclareProperty(PropertyDecl& property, Type* owner);
+    void DeclareConstant(ConstDecl& decl, Type* owner);
+    void DeclareEnum(TypeDecl& decl);
+    void DeclareStructure(TypeDecl& decl);
+    void DeclareDelegate(TypeDecl& decl);
+    Method* DeclareMethod(MethodDecl& decl, Type* owner, bool accessor);
+    void ResolveSignature(Method& method);
+    void CheckParameters(const Method& method);
+    void AddOverload(Method& method, Type* owner);
+    [[nodiscard]] bool SameParameters(const Method& a, const Method& b) const;
+    Symbol* Declare(Members& members, NameId name, Symbol::What what, uint32_t line);
+    void CheckTopNames();
+
+    // Classes
+    void Arrange(Type& type);
+    void CheckStructure(const Type& type, const Type& outer, uint32_t line);
+    void ArrangeVirtual(Type& type);
+    void CheckInterfaces(Type& type);
+    void CheckInterface(Type& type, Type& part);
+    [[nodiscard]] Method* FindImplementation(const Type& type, const Method& wanted);
+    void CheckExplicit(Type& type);
+
+    // Names
+    [[nodiscard]] Symbol* FindName(NameId name);
+    [[nodiscard]] Symbol* FindMember(const Type* type, NameId name) const;
+    [[nodiscard]] const Type* FindType(const TypeName& named, Error missing = Error::NoSuchType);
+    [[nodiscard]] const Type* FindWholeType(const TypeName& named);
+    [[nodiscard]] String Suggestion(const String& name, bool classes) const;
+    void CheckVisible(const Symbol& symbol, uint32_t line) const;
+    [[nodiscard]] const String& Spell(NameId name) const { return mNames.Spelling(name); }
+    [[nodiscard]] String Describe(const std::vector<const Type*>& list) const;
+
+    // Constants
+    void Evaluate(Constant& constant);
+    void EvaluateMember(Constant& constant);
+    bool Fold(Expr& expr) const;
+    bool FoldIntegers(Expr& expr, int64_t a, int64_t b) const;
+    bool FoldReals(Expr& expr, double a, double b) const;
+
+    // Bodies
+    void CheckBody(Method& method);
+    void CheckFirstValues();
+    void CheckMain();
+    void DeclareRest();
+    void CheckBlock(Block& block, bool scope = true);
+    void CheckStatement(Stmt& statement);
+    void CheckDim(Stmt& statement);
+    void CheckVariable(VariableDecl& decl, bool isStatic);
+    Variable* DeclareLocal(NameId name, const Type* type, uint32_t line);
+    Variable* Hidden(const Type* type);
+    void CheckCondition(Expr*& condition);
+    void CheckSelect(Stmt& statement);
+    void CheckCase(CaseTest& test, Variable& subject, uint32_t line);
+    void CheckFor(Stmt& statement);
+    void CheckForEach(Stmt& statement);
+    void CheckTry(Stmt& statement);
+    void CheckLeave(const Stmt& statement) const;
+    void CheckReturn(Stmt& statement);
+    void CheckReDim(Stmt& statement);
+    void CheckAssign(Stmt& statement);
+    void CheckExpressionStatement(Stmt& statement);
+    void CollectLabels(const Block& block);
+
+    // Expressions
+    void CheckExpr(Expr*& expr, const Type* expected = nullptr);
+    void CheckValue(Expr*& expr, const Type* expected = nullptr);
+    void CheckConverted(Expr*& expr, const Type* to, Error mismatch);
+    void CheckInteger(Expr*& expr, Error mismatch);
+    void CheckName(Expr*& expr);
+    void CheckMember(Expr*& expr);
+    void CheckSelf(Expr& expr);
+    void CheckSuper(Expr& expr);
+    void CheckUnary(Expr*& expr);
+    void CheckBinary(Expr*& expr);
+    void CheckArithmetic(Expr*& expr);
+    void CheckComparison(Expr*& expr);
+    void CheckLogic(Expr*& expr);
+    void CheckIs(Expr& expr);
+    bool TryOperatorMethod(Expr*& expr);
+    [[noreturn]] void FailOperator(const Expr& expr) const;
+    void CheckNew(Expr& expr);
+    void CheckNewObject(Expr& expr, const Type& type);
+    void CheckAddressOf(Expr& expr, const Type* expected);
+    void CheckCast(Expr*& expr);
+    void CheckIsA(Expr& expr);
+    void UseSymbol(Expr*& expr, Symbol& symbol, Expr* self);
+    void NeedInstance(Expr& expr, const Symbol& symbol, bool property);
+    Expr* ImplicitSelf(uint32_t line);
+    [[nodiscard]] Expr* MakeExpr(ExprKind kind, uint32_t line, const Type* type);
+    [[nodiscard]] Expr* Reference(Variable& variable, uint32_t line);
+
+    // Calls
+    void CheckCall(Expr*& expr, const Type* expected);
+    void CheckSubscript(Expr& expr);
+    void CheckConversionCall(Expr*& expr, const Type* to);
+    void CheckArrayLiteral(Expr& expr, const Type* expected);
+    void CheckArguments(std::vector<Expr*>& arguments);
+    void CallMethods(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, Expr* assigned);
+    void FinishCall(Expr*& expr, Method& method, Expr* self);
+    bool CallNative(Expr*& expr, StringView name, Expr* base);
+    void FinishNative(Expr& expr, const NativeFunction& function);
+    [[nodiscard]] int NativeCost(const NativeFunction& function, const std::vector<Expr*>& arguments) const;
+    [[nodiscard]] int LetterCost(char letter, const Expr& argument, const Type* array) const;
+    [[noreturn]] void FailNative(const Expr& expr, const std::vector<const NativeFunction*>& functions);
+    bool CallExtension(Expr*& expr, NameId name, Expr* base, Expr* assigned);
+    void CallDelegate(Expr*& expr, Expr* delegate);
+    [[nodiscard]] int MethodCost(const Method& method, const std::vector<Expr*>& arguments) const;
+    [[noreturn]] void FailMethod(const Method& method, const Expr& expr);
+    [[noreturn]] void FailCounts(const Method& method, const Expr& expr, size_t least, size_t most);
+    [[noreturn]] void FailOverloads(const std::vector<Method*>& overloads, const Expr& expr);
+    void FillArguments(std::vector<Expr*>& arguments, Method& method, uint32_t line);
+    void CheckByRef(const Expr& argument, const Parameter& param) const;
+
+    // Conversions
+    [[nodiscard]] int Cost(const Expr& from, const Type* to) const;
+    [[nodiscard]] int TypeCost(const Type* from, const Type* to) const;
+    [[nodiscard]] Method* UserConversion(const Type* from, const Type* to) const;
+    [[nodiscard]] bool Castable(const Type* from, const Type* to) const;
+    bool Convert(Expr*& expr, const Type* to);
+    void ForceConvert(Expr*& expr, const Type* to);
+
+    // The method that is being checked
+    struct Context {
+        script::Method* M = nullptr;
+        Type* Owner = nullptr;
+        bool Shared = false;
+        std::vector<Scope> Scopes;
+        std::vector<BlockKind> Blocks;
+        std::unordered_map<NameId, const Stmt*> Labels;
+    };
+
+    Tree& mTree;
+    Names& mNames;
+    Types& mTypes;
+    Checked& mOut;
+    Context mNow;
+    Scope mHost;
+    Scope mTopVariables;
+    Type* mTop = nullptr;
+    std::vector<Type*> mDeclared;
+    std::vector<Method*> mToCheck;
+    Expr* mAssigned = nullptr;      // the right side, until a setter or an Assigns parameter takes it
+    Expr* mAssignTarget = nullptr;  // what such a thing must be called by
+    bool mAssignCall = false;       // and whether with arguments
+    int mSelectors = 0;
+    NameId mConstructor, mDestructor, mValue, mArrayName, mInvokeName;
+    const Type *mInteger, *mDouble, *mBoolean, *mString, *mVariant, *mVoid, *mNil;
+};
+
+}  // namespace sorbel::script

@@ -1,0 +1,147 @@
+#include <cmath>
+
+#include "scripting/compiler/Checker.h"
+
+namespace sorbel::script {
+
+void Checker::Evaluate(Constant& constant) {
+    if (constant.Progress == Constant::State::Done) return;
+    const uint32_t line = constant.Decl ? constant.Decl->Line : constant.Member->Line;
+    if (constant.Progress == Constant::State::Busy) Fail(Error::RecursiveConstant, line);
+    constant.Progress = Constant::State::Busy;
+    // A constant sees what its own place sees, not what stands around its first use.
+    Context before = std::move(mNow);
+    mNow = {};
+    mNow.Owner = constant.Owner;
+    if (constant.Member) {
+        EvaluateMember(constant);
+    } else {
+        Expr*& init = constant.Decl->Init;
+        CheckValue(init);
+        if (init->Kind != ExprKind::Literal) Fail(Error::ConstNeedsConstant, line);
+        constant.T = init->T;
+        if (constant.Decl->Named.Given()) {
+            constant.T = FindWholeType(constant.Decl->Named);
+            const Kind kind = constant.T->K;
+            if (constant.T->Rank > 0 || kind > Kind::Variant || kind == Kind::Variant)
+                Fail(Error::ConstantType, line);
+            CheckConverted(init, constant.T, Error::AssignIncompatible);
+            if (init->Kind != ExprKind::Literal) Fail(Error::ConstNeedsConstant, line);
+        }
+        constant.Value = init->Value;
+    }
+    mNow = std::move(before);
+    constant.Progress = Constant::State::Done;
+}
+
+void Checker::EvaluateMember(Constant& constant) {
+    const EnumMember& member = *constant.Member;
+    if (!member.Value) {
+        if (constant.Before) Evaluate(*constant.Before);
+        const int64_t last = constant.Before ? std::get<int64_t>(constant.Before->Value) : -1;
+        constant.Value = static_cast<int64_t>(static_cast<uint64_t>(last) + 1);
+        return;
+    }
+    Expr* value = member.Value;
+    CheckValue(value);
+    if (value->Kind != ExprKind::Literal) Fail(Error::ConstantExpected, member.Line);
+    if (!value->T->IsInteger()) Fail(Error::EnumNotInteger, member.Line);
+    constant.Value = value->Value;
+}
+
+// Works an operation of literals out. The types are checked already.
+bool Checker::Fold(Expr& expr) const {
+    const auto literal = [](const Expr* part) {
+        return !part || part->Kind == ExprKind::Literal;
+    };
+    if (!literal(expr.Left) || !literal(expr.Right)) return false;
+    const ConstantValue& left = expr.Left->Value;
+    if (expr.Operator == Op::Not && std::holds_alternative<bool>(left)) {
+        expr.Value = !std::get<bool>(left);
+    } else if (expr.Operator == Op::Negate || expr.Operator == Op::Not) {
+        if (const double* real = std::get_if<double>(&left))
+            expr.Value = -*real;
+        else if (const int64_t* number = std::get_if<int64_t>(&left))
+            expr.Value = static_cast<int64_t>(expr.Operator == Op::Not ? ~static_cast<uint64_t>(*number)
+                                                                       : 0 - static_cast<uint64_t>(*number));
+        else
+            return false;
+    } else {
+        const ConstantValue& right = expr.Right->Value;
+        if (left.index() != right.index()) return false;
+        if (std::holds_alternative<String>(left) && expr.Operator == Op::Add)
+            expr.Value = std::get<String>(left) + std::get<String>(right);
+        else if (std::holds_alternative<int64_t>(left))
+            return FoldIntegers(expr, std::get<int64_t>(left), std::get<int64_t>(right));
+        else if (std::holds_alternative<double>(left))
+            return FoldReals(expr, std::get<double>(left), std::get<double>(right));
+        else
+            return false;
+    }
+    expr.Kind = ExprKind::Literal;
+    return true;
+}
+
+bool Checker::FoldIntegers(Expr& expr, int64_t a, int64_t b) const {
+    if (expr.Left->T->IsUnsigned() || expr.Right->T->IsUnsigned()) return false;
+    const auto x = static_cast<uint64_t>(a), y = static_cast<uint64_t>(b);
+    switch (expr.Operator) {
+        case Op::Add:
+            expr.Value = static_cast<int64_t>(x + y);
+            break;
+        case Op::Subtract:
+            expr.Value = static_cast<int64_t>(x - y);
+            break;
+        case Op::Multiply:
+            expr.Value = static_cast<int64_t>(x * y);
+            break;
+        case Op::And:
+            expr.Value = static_cast<int64_t>(x & y);
+            break;
+        case Op::Or:
+            expr.Value = static_cast<int64_t>(x | y);
+            break;
+        case Op::Xor:
+            expr.Value = static_cast<int64_t>(x ^ y);
+            break;
+        case Op::IntegerDivide:
+            if (b == 0 || b == -1) return false;
+            expr.Value = a / b;
+            break;
+        case Op::Modulo:
+            if (b == 0 || b == -1) return false;
+            expr.Value = a % b;
+            break;
+        default:
+            return false;
+    }
+    expr.Kind = ExprKind::Literal;
+    return true;
+}
+
+bool Checker::FoldReals(Expr& expr, double a, double b) const {
+    if (!expr.T->Is(Kind::Double)) return false;
+    switch (expr.Operator) {
+        case Op::Add:
+            expr.Value = a + b;
+            break;
+        case Op::Subtract:
+            expr.Value = a - b;
+            break;
+        case Op::Multiply:
+            expr.Value = a * b;
+            break;
+        case Op::Divide:
+            expr.Value = a / b;
+            break;
+        case Op::Power:
+            expr.Value = std::pow(a, b);
+            break;
+        default:
+            return false;
+    }
+    expr.Kind = ExprKind::Literal;
+    return true;
+}
+
+}  // namespace sorbel::script

@@ -1,0 +1,210 @@
+#include "scripting/compiler/Checker.h"
+
+namespace sorbel::script {
+
+// An operator that the types do not have. The more is known, the more the message says.
+void Checker::FailOperator(const Expr& expr) const {
+    const Type* left = expr.Left->T;
+    if (!expr.Right) Fail(Error::NoOperator, expr.Line, {left->Name, Spelling(expr.Operator)});
+    if (left->Is(Kind::Array) || expr.Right->T->Is(Kind::Array)) Fail(Error::UseWholeArray, expr.Line);
+    const bool text = expr.Operator == Op::Add || IsComparison(expr.Operator);
+    const bool known = left->IsNumber() || (left->Is(Kind::String) && text) ||
+                       (expr.Operator == Op::Equal || expr.Operator == Op::NotEqual);
+    if (known)
+        Fail(Error::NoOperatorWith, expr.Line, {left->Name, Spelling(expr.Operator), expr.Right->T->Name});
+    Fail(Error::NoOperator, expr.Line, {left->Name, Spelling(expr.Operator)});
+}
+
+void Checker::CheckUnary(Expr*& expr) {
+    CheckValue(expr->Left);
+    if (TryOperatorMethod(expr)) return;
+    const Type* type = expr->Left->T;
+    if (type->Is(Kind::Variant)) {
+        ForceConvert(expr->Left, expr->Operator == Op::Not ? mBoolean : mDouble);
+        type = expr->Left->T;
+    }
+    if (expr->Operator == Op::Not) {
+        if (type->Is(Kind::Array)) Fail(Error::UseWholeArray, expr->Line);
+        if (!type->Is(Kind::Boolean) && !type->IsInteger()) Fail(Error::NeedsBoolean, expr->Line);
+        expr->T = type;
+    } else {
+        if (!type->IsNumber()) FailOperator(*expr);
+        expr->T = type->IsReal() ? type : mInteger;
+    }
+    Fold(*expr);
+}
+
+void Checker::CheckBinary(Expr*& expr) {
+    CheckValue(expr->Left);
+    CheckValue(expr->Right);
+    if (expr->Operator == Op::Is) return CheckIs(*expr);
+    if (TryOperatorMethod(expr)) return;
+    if (expr->Operator >= Op::And) return CheckLogic(expr);
+    if (IsComparison(expr->Operator)) return CheckComparison(expr);
+    CheckArithmetic(expr);
+}
+
+void Checker::CheckIs(Expr& expr) {
+    for (const Expr* part : {expr.Left, expr.Right})
+        if (!part->T->IsObject() && !part->T->Is(Kind::Variant)) Fail(Error::IsNeedsObjects, expr.Line);
+    for (Expr** part : {&expr.Left, &expr.Right})
+        if ((*part)->T->Is(Kind::Variant)) ForceConvert(*part, mTypes.Root());
+    expr.T = mBoolean;
+}
+
+void Checker::CheckLogic(Expr*& expr) {
+    for (Expr** part : {&expr->Left, &expr->Right}) {
+        if ((*part)->T->Is(Kind::Array)) Fail(Error::UseWholeArray, expr->Line);
+        if ((*part)->T->Is(Kind::Variant)) ForceConvert(*part, mBoolean);
+    }
+    const Type *left = expr->Left->T, *right = expr->Right->T;
+    if (left->Is(Kind::Boolean) && right->Is(Kind::Boolean)) {
+        expr->T = mBoolean;
+        return;
+    }
+    if (!left->IsInteger() || !right->IsInteger()) Fail(Error::NeedsBoolean, expr->Line);
+    expr->T = left->Is(Kind::UInt64) || right->Is(Kind::UInt64) ? mTypes.Of(Kind::UInt64) : mInteger;
+    ForceConvert(expr->Left, expr->T);
+    ForceConvert(expr->Right, expr->T);
+    Fold(*expr);
+}
+
+namespace {
+
+/// What two numbers are before they are added or compared.
+Kind CommonKind(const Type& a, const Type& b) {
+    if (a.IsReal() || b.IsReal()) {
+        const bool single = (a.Is(Kind::Single) || a.IsInteger()) && (b.Is(Kind::Single) || b.IsInteger());
+        return single && a.IsReal() && b.IsReal() ? Kind::Single : Kind::Double;
+    }
+    return a.Is(Kind::UInt64) || b.Is(Kind::UInt64) ? Kind::UInt64 : Kind::Int64;
+}
+
+const char* VariantFunction(Op op) {
+    switch (op) {
+        case Op::Add:
+            return ".Add";
+        case Op::Subtract:
+            return ".Subtract";
+        case Op::Multiply:
+            return ".Multiply";
+        case Op::Divide:
+            return ".Divide";
+        case Op::Power:
+            return ".Power";
+        case Op::IntegerDivide:
+            return ".IntegerDivide";
+        case Op::Modulo:
+            return ".Modulo";
+        default:
+            return ".Compare";
+    }
+}
+
+}  // namespace
+
+void Checker::CheckArithmetic(Expr*& expr) {
+    const Type *left = expr->Left->T, *right = expr->Right->T;
+    if (left->Is(Kind::Variant) || right->Is(Kind::Variant)) {
+        if (!Convert(expr->Left, mVariant) || !Convert(expr->Right, mVariant)) FailOperator(*expr);
+        expr->Kind = ExprKind::Native;
+        expr->Args = {expr->Left, expr->Right};
+        return FinishNative(*expr, Native(VariantFunction(expr->Operator)));
+    }
+    if (left->Is(Kind::String) && right->Is(Kind::String) && expr->Operator == Op::Add) {
+        expr->T = mString;
+        Fold(*expr);
+        return;
+    }
+    if (!left->IsNumber() || !right->IsNumber()) FailOperator(*expr);
+    Kind common = CommonKind(*left, *right);
+    if (expr->Operator == Op::Divide && common != Kind::Single) common = Kind::Double;
+    if (expr->Operator == Op::Power) common = Kind::Double;
+    if (expr->Operator == Op::IntegerDivide && common >= Kind::Single) common = Kind::Int64;
+    expr->T = mTypes.Of(common);
+    ForceConvert(expr->Left, expr->T);
+    ForceConvert(expr->Right, expr->T);
+    Fold(*expr);
+}
+
+void Checker::CheckComparison(Expr*& expr) {
+    expr->T = mBoolean;
+    const Type *left = expr->Left->T, *right = expr->Right->T;
+    const bool equality = expr->Operator == Op::Equal || expr->Operator == Op::NotEqual;
+    if (left->IsNumber() && right->IsNumber()) {
+        const Type* common = mTypes.Of(CommonKind(*left, *right));
+        ForceConvert(expr->Left, common);
+        ForceConvert(expr->Right, common);
+        return;
+    }
+    const bool nil = left->Is(Kind::Nil) || right->Is(Kind::Nil);
+    if ((left->Is(Kind::Variant) || right->Is(Kind::Variant)) && !nil) {
+        if (!Convert(expr->Left, mVariant) || !Convert(expr->Right, mVariant)) FailOperator(*expr);
+        // The library's comparison gives a number, which is compared with 0.
+        Expr* call = MakeExpr(ExprKind::Native, expr->Line, nullptr);
+        call->Args = {expr->Left, expr->Right};
+        FinishNative(*call, Native(".Compare"));
+        expr->Left = call;
+        expr->Right = MakeExpr(ExprKind::Literal, expr->Line, mInteger);
+        expr->Right->Value = int64_t{0};
+        return;
+    }
+    if (left->Is(Kind::String) && right->Is(Kind::String)) return;
+    if (left == right && left->Is(Kind::Enum)) return;
+    if (equality) {
+        if (left == right && (left->Is(Kind::Boolean) || left->Is(Kind::Color) || left->Is(Kind::Delegate)))
+            return;
+        if (left->IsObject() && right->IsObject()) return;
+        const Type* other = left->Is(Kind::Nil) ? right : left;
+        if (nil && (other->Is(Kind::Variant) || other->Is(Kind::Array) || other->Is(Kind::Delegate))) return;
+        if (left->Is(Kind::Array) && left == right) return;
+    }
+    FailOperator(*expr);
+}
+
+// Operator_Add and its like, of the left value's class or, with Right behind the name, of the right one's.
+bool Checker::TryOperatorMethod(Expr*& expr) {
+    const char* suffix = MethodName(expr->Operator);
+    const auto find = [&](const Expr* on, const String& name) -> Symbol* {
+        if (!on->T->Is(Kind::Class)) return nullptr;
+        Symbol* symbol = FindMember(on->T, mNames.Intern(name));
+        return symbol && symbol->Is == Symbol::What::Methods ? symbol : nullptr;
+    };
+    const auto call = [&](const Symbol& symbol, Expr* self, Expr* argument) {
+        Expr* made = MakeExpr(ExprKind::Call, expr->Line, nullptr);
+        if (argument) made->Args.push_back(argument);
+        for (const Method* method : symbol.Overloads)
+            if (MethodCost(*method, made->Args) >= 0) {
+                CallMethods(made, symbol.Overloads, self, nullptr);
+                return made;
+            }
+        return static_cast<Expr*>(nullptr);
+    };
+    if (!*suffix) return false;
+    const String name = String("Operator_") + suffix;
+    Expr* made = nullptr;
+    bool swapped = false;
+    if (const Symbol* symbol = find(expr->Left, name)) made = call(*symbol, expr->Left, expr->Right);
+    if (!made && expr->Right) {
+        if (const Symbol* symbol = find(expr->Right, IsComparison(expr->Operator) ? name : name + "Right")) {
+            made = call(*symbol, expr->Right, expr->Left);
+            swapped = true;
+        }
+    }
+    if (!made) return false;
+    if (!IsComparison(expr->Operator)) {
+        expr = made;
+        return true;
+    }
+    // The method tells the order by a number below, equal to or above 0.
+    if (!made->T->IsInteger()) return false;
+    Expr* zero = MakeExpr(ExprKind::Literal, expr->Line, mInteger);
+    zero->Value = int64_t{0};
+    ForceConvert(made, mInteger);
+    expr->Left = swapped ? zero : made;
+    expr->Right = swapped ? made : zero;
+    expr->T = mBoolean;
+    return true;
+}
+
+}  // namespace sorbel::script

@@ -1,0 +1,273 @@
+#include "scripting/compiler/Emitter.h"
+
+namespace sorbel::script {
+
+// Counts in a register. The last round is found by comparing before the step is added, so that a counter at
+// the end of its range does not run over and begin anew.
+void Emitter::EmitFor(const Stmt& statement) {
+    OpenScope();
+    const Type* type = statement.Var->T;
+    if (statement.DeclaresCounter) DeclareVariable(*statement.Var);
+    DeclareVariable(*statement.Hidden);
+    const bool direct = IsDirect(*statement.Var);
+    const size_t mark = Mark();
+    const Register counter = direct ? static_cast<Register>(statement.Var->Index) : Temp(type);
+    const auto limit = static_cast<Register>(statement.Hidden->Index);
+    const Register first = Temp(type);
+    Into(*statement.A, first);
+    Into(*statement.B, limit);
+    Register step = 0;
+    const int64_t* literal = nullptr;
+    if (statement.C) {
+        step = Temp(type);
+        Into(*statement.C, step);
+        if (statement.C->Kind == ExprKind::Literal) literal = std::get_if<int64_t>(&statement.C->Value);
+    }
+    Put(Code::Move, counter, first);
+    const bool one = !statement.C || (literal && *literal == 1);
+    const bool plain = type->IsInteger() && !type->Is(Kind::UInt64);
+    const bool down = statement.Down || (literal && *literal < 0);
+    Label top, exit, next, out;
+    const auto share = [&] {
+        if (!direct) PutWide(Code::SetTop, counter, statement.Var->Index);
+    };
+    share();
+    const auto compare = [&](bool strictly, Label& target, bool leave) {
+        // Jumps if the counter has not reached the limit or, to leave, if it lies behind it.
+        const Register a = down ? limit : counter, b = down ? counter : limit;
+        if (type->IsReal())
+            JumpShort(leave ? Code::JNotLeF : strictly ? Code::JLtF : Code::JLeF, a, b, target);
+        else if (type->Is(Kind::UInt64))
+            JumpShort(leave      ? Code::JLtU
+                      : strictly ? Code::JLtU
+                                 : Code::JLeU,
+                      leave ? b : a, leave ? a : b, target);
+        else
+            JumpShort(leave || strictly ? Code::JLtI : Code::JLeI, leave ? b : a, leave ? a : b, target);
+    };
+    const bool known = !statement.C || literal || statement.C->Kind == ExprKind::Literal;
+    if (known && !(statement.Down && statement.C) && (plain || !statement.C)) {
+        compare(false, exit, true);
+        Place(top);
+        EmitLoopBody(statement, BlockKind::For, exit, next);
+        mLine = statement.EndLine;
+        if (!direct) PutWide(Code::GetTop, counter, statement.Var->Index);
+        const bool whole = type->Is(Kind::Int64);
+        if (whole && one && !down) {
+            if (direct) {
+                JumpShort(Code::ForUp, counter, limit, top);
+            } else {
+                Label more;
+                JumpShort(Code::ForUp, counter, limit, more);
+                share();
+                JumpTo(out);
+                Place(more);
+                share();
+                JumpTo(top);
+            }
+        } else if (whole && !statement.C && direct) {
+            JumpShort(Code::ForDown, counter, limit, top);
+        } else {
+            EmitForStep(statement, counter, top);
+        }
+    } else {
+        EmitForAny(statement, counter, exit);
+    }
+    Place(exit);
+    Place(out);
+    FreeTemps(mark);
+    CloseScope();
+}
+
+// The end of a round with another step or number: adds it and goes on while the limit is not passed. An
+// integer that runs over its end leaves the loop.
+void Emitter::EmitForStep(const Stmt& statement, Register counter, Label& top) {
+    const Type* type = statement.Var->T;
+    const auto limit = static_cast<Register>(statement.Hidden->Index);
+    const int64_t* literal = statement.C ? std::get_if<int64_t>(&statement.C->Value) : nullptr;
+    const bool down = statement.Down || (literal && *literal < 0);
+    const bool direct = IsDirect(*statement.Var);
+    const size_t mark = Mark();
+    const Register step = Temp(type), before = Temp(type);
+    Put(Code::Move, before, counter);
+    if (type->IsReal()) {
+        Slot one;
+        one.D = 1;
+        PutWide(Code::LoadConst, step, AddConstant(one));
+        Put(statement.Down ? Code::SubF : Code::AddF, counter, counter, step);
+    } else {
+        const int64_t amount = literal ? (statement.Down ? 0 - *literal : *literal) : statement.Down ? -1 : 1;
+        Slot constant;
+        constant.I = amount;
+        PutWide(Code::LoadConst, step, AddConstant(constant));
+        Put(Code::AddI, counter, counter, step);
+        EmitNumber(*mInteger, *type, counter, counter);
+    }
+    if (!direct) PutWide(Code::SetTop, counter, statement.Var->Index);
+    Label over;
+    const Register a = down ? limit : counter, b = down ? counter : limit;
+    if (type->IsReal()) {
+        JumpShort(Code::JLeF, a, b, top);
+    } else {
+        const bool isUnsigned = type->Is(Kind::UInt64);
+        const Register low = down ? counter : before, high = down ? before : counter;
+        JumpShort(isUnsigned ? Code::JLeU : Code::JLeI, high, low, over);
+        JumpShort(isUnsigned ? Code::JLeU : Code::JLeI, a, b, top);
+    }
+    Place(over);
+    FreeTemps(mark);
+}
+
+// A step that is only known when the loop starts, or is no whole number: its sign decides the comparison.
+void Emitter::EmitForAny(const Stmt& statement, Register counter, Label& exit) {
+    const Type* type = statement.Var->T;
+    const auto limit = static_cast<Register>(statement.Hidden->Index);
+    const bool direct = IsDirect(*statement.Var);
+    const size_t mark = Mark();
+    const Register step = Temp(type), zero = Temp(type), before = Temp(type);
+    if (statement.C)
+        Into(*statement.C, step);
+    else
+        PutWide(Code::LoadInt, step, 1);
+    if (statement.Down) Put(type->IsReal() ? Code::NegF : Code::NegI, step, step);
+    PutWide(Code::LoadInt, zero, 0);  // also the real number
+    Label top, up, test, body, next;
+    const bool real = type->IsReal(), big = type->Is(Kind::UInt64);
+    const Code less = real ? Code::JLtF : big ? Code::JLtU : Code::JLtI;
+    const Code lessEqual = real ? Code::JLeF : big ? Code::JLeU : Code::JLeI;
+    Place(test);
+    if (big) {
+        JumpTo(up);
+    } else {
+        JumpShort(real ? Code::JLeF : Code::JLeI, zero, step, up);
+    }
+    JumpShort(lessEqual, limit, counter, body);
+    JumpTo(exit);
+    Place(up);
+    JumpShort(lessEqual, counter, limit, body);
+    JumpTo(exit);
+    Place(body);
+    EmitLoopBody(statement, BlockKind::For, exit, next);
+    mLine = statement.EndLine;
+    if (!direct) PutWide(Code::GetTop, counter, statement.Var->Index);
+    Put(Code::Move, before, counter);
+    Put(real ? Code::AddF : Code::AddI, counter, counter, step);
+    if (type->Is(Kind::Single)) Put(Code::RoundF, counter, counter);
+    if (!real) EmitNumber(*mInteger, *type, counter, counter);
+    if (!direct) PutWide(Code::SetTop, counter, statement.Var->Index);
+    if (!real && !big) {
+        // Past the end of its range the counter would come in again from the other side.
+        Label rising, fine;
+        JumpShort(Code::JLtI, zero, step, rising);
+        JumpShort(less, before, counter, exit);
+        JumpTo(test);
+        Place(rising);
+        JumpShort(less, counter, before, exit);
+    }
+    JumpTo(test);
+    FreeTemps(mark);
+}
+
+void Emitter::EmitForEach(const Stmt& statement) {
+    OpenScope();
+    if (statement.DeclaresCounter) DeclareVariable(*statement.Var);
+    DeclareVariable(*statement.Hidden);
+    DeclareVariable(*statement.Index);
+    const auto array = static_cast<Register>(statement.Hidden->Index);
+    const auto index = static_cast<Register>(statement.Index->Index);
+    Into(*statement.A, array);
+    PutWide(Code::LoadInt, index, -1);
+    Label top, exit, next;
+    JumpTo(next);
+    Place(top);
+    Expr variable;
+    variable.Kind = ExprKind::Variable;
+    variable.T = statement.Var->T;
+    variable.Var = statement.Var;
+    size_t mark = Mark();
+    EmitAssign(variable, *statement.B);
+    FreeTemps(mark);
+    EmitLoopBody(statement, BlockKind::For, exit, next);
+    mLine = statement.EndLine;
+    // The array may grow or shrink meanwhile, so its end is asked for in each round.
+    mark = Mark();
+    Put(Code::AddK, index, index, 1);
+    const Register count = Temp(mInteger);
+    Put(Code::Move, Window(0), array);
+    PutWide(Code::CallNative, count, NativeIndex(Native(".Count")));
+    JumpShort(Code::JLtI, index, count, top);
+    FreeTemps(mark);
+    Place(exit);
+    CloseScope();
+}
+
+// --- Try ---
+
+void Emitter::RunFinallies(size_t downTo) {
+    for (size_t at = mFinallies.size(); at-- > downTo;)
+        JumpWide(Code::GoSub, mFinallies[at].ReturnTo, *mFinallies[at].Start);
+}
+
+// The finally block is code of its own that every way out calls, so it stands in the program once.
+void Emitter::EmitTry(const Stmt& statement) {
+    const Type* root = mProgram.Classes[mProgram.ExceptionClasses.at("runtimeexception")].T;
+    const auto place = [this] {
+        return static_cast<uint32_t>(mFunction->Code.size());
+    };
+    const Register caught = Temp(root);
+    Label finallyStart, after, exit;
+    const Register returnTo = statement.HasElse ? Temp(mInteger) : Register{0};
+    if (statement.HasElse) mFinallies.push_back({&finallyStart, returnTo});
+    const auto leave = [&] {
+        if (statement.HasElse) JumpWide(Code::GoSub, returnTo, finallyStart);
+        JumpTo(after);
+    };
+    mOpen.push_back({BlockKind::Try, &exit, nullptr, mFinallies.size()});
+    const uint32_t start = place();
+    EmitBlock(statement.Body);
+    const uint32_t end = place();
+    leave();
+    if (!statement.Branches.empty()) {
+        mFunction->Handlers.push_back({start, end, place()});
+        Put(Code::GetCaught, caught);
+        EmitCatches(statement, caught, exit);
+    }
+    mOpen.pop_back();
+    const uint32_t catchEnd = place();
+    Place(exit);
+    leave();
+    if (statement.HasElse) {
+        mFunction->Handlers.push_back({start, end, place()});
+        if (catchEnd > end) mFunction->Handlers.push_back({end, catchEnd, place()});
+        mFinallies.pop_back();
+        Put(Code::GetCaught, caught);
+        JumpWide(Code::GoSub, returnTo, finallyStart);
+        Put(Code::Raise, caught);
+        Place(finallyStart);
+        EmitBlock(statement.Else);
+        Put(Code::ReturnSub, returnTo);
+    }
+    Place(after);
+}
+
+void Emitter::EmitCatches(const Stmt& statement, Register caught, Label& exit) {
+    for (const Branch& branch : statement.Branches) {
+        Label next;
+        mLine = branch.Line;
+        const size_t mark = Mark();
+        const Register fits = Temp(mBoolean);
+        Put(Code::IsA, fits, caught, branch.T->Index);
+        FreeTemps(mark);
+        JumpWide(Code::JumpUnless, fits, next);
+        OpenScope();
+        DeclareVariable(*branch.Var);
+        Put(Code::Take, branch.Var->Index, caught);
+        EmitBlock(branch.Body, false);
+        CloseScope();
+        JumpTo(exit);
+        Place(next);
+    }
+    Put(Code::Raise, caught);
+}
+
+}  // namespace sorbel::script

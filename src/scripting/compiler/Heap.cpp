@@ -1,0 +1,269 @@
+#include "scripting/compiler/Heap.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "scripting/compiler/Program.h"
+
+namespace sorbel::script {
+
+void FailOutOfBounds() {
+    throw Failure{"OutOfBoundsException", "An index is out of bounds."};
+}
+void FailNil() {
+    throw Failure{"NilObjectException", "An object is needed where there is none."};
+}
+void FailType(const std::string& message) {
+    throw Failure{"TypeMismatchException", message};
+}
+
+size_t ElementSize(ElementKind kind) {
+    switch (kind) {
+        case ElementKind::I8:
+        case ElementKind::U8:
+            return 1;
+        case ElementKind::I16:
+        case ElementKind::U16:
+            return 2;
+        case ElementKind::I32:
+        case ElementKind::U32:
+        case ElementKind::F32:
+            return 4;
+        default:
+            return 8;
+    }
+}
+
+namespace {
+
+size_t ObjectSize(const ClassInfo& cls) {
+    return sizeof(Object) + cls.ReferenceField.size() * sizeof(Slot);
+}
+
+bool HoldsReference(const Box& box) {
+    return box.T->IsReference();
+}
+
+}  // namespace
+
+Memory::~Memory() {
+    FreeAll();
+}
+
+void* Memory::Allocate(size_t bytes) {
+    void* block = bytes > Limit - mInUse ? nullptr : std::malloc(bytes);
+    if (!block) throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    mInUse += bytes;
+    return block;
+}
+
+void* Memory::Resize(void* block, size_t before, size_t after) {
+    void* moved = after > before && after - before > Limit - mInUse ? nullptr : std::realloc(block, after);
+    if (!moved) throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    mInUse += after - before;
+    return moved;
+}
+
+void Memory::Free(void* block, size_t bytes) {
+    std::free(block);
+    mInUse -= bytes;
+}
+
+Text* Memory::NewTextOf(size_t capacity) {
+    if (capacity >= Limit) throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    Text* text = new (Allocate(sizeof(Text) + capacity)) Text;
+    text->Capacity = static_cast<uint32_t>(capacity);
+    return text;
+}
+
+Text* Memory::NewText(std::string_view bytes) {
+    Text* text = NewTextOf(bytes.size());
+    if (!bytes.empty()) std::memcpy(text->Bytes(), bytes.data(), bytes.size());
+    text->Size = static_cast<uint32_t>(bytes.size());
+    return text;
+}
+
+void Memory::DropIndex(Text& text) {
+    if (!text.Index) return;
+    Free(text.Index, (text.Characters / Text::IndexStep + 1) * sizeof(uint32_t));
+    text.Index = nullptr;
+}
+
+Box* Memory::NewBox(const Type* type, Slot value) {
+    Box* box = new (Allocate(sizeof(Box))) Box;
+    box->What = HeapKind::Box;
+    box->T = type;
+    box->Value = value;
+    if (HoldsReference(*box)) {
+        Retain(value.H);
+        Link(box);
+    }
+    return box;
+}
+
+Array* Memory::NewArray(const Type* type, ElementKind element, uint32_t rank, const ClassInfo* structure) {
+    Array* array = new (Allocate(sizeof(Array))) Array;
+    array->What = HeapKind::Array;
+    array->T = type;
+    array->Element = element;
+    array->Rank = rank;
+    array->Structure = structure;
+    Link(array);
+    return array;
+}
+
+Object* Memory::NewObject(const ClassInfo& cls) {
+    Object* object = new (Allocate(ObjectSize(cls))) Object;
+    object->What = HeapKind::Object;
+    object->Class = &cls;
+    object->Count = static_cast<uint32_t>(cls.ReferenceField.size());
+    for (uint32_t index = 0; index < object->Count; ++index)
+        new (&object->Fields()[index]) Slot;
+    Link(object);
+    return object;
+}
+
+Delegate* Memory::NewDelegate() {
+    Delegate* delegate = new (Allocate(sizeof(Delegate))) Delegate;
+    delegate->What = HeapKind::Delegate;
+    Link(delegate);
+    return delegate;
+}
+
+void Memory::Link(Linked* thing) {
+    thing->Next = mFirst;
+    if (mFirst) mFirst->Previous = thing;
+    mFirst = thing;
+}
+
+void Memory::Unlink(Linked* thing) {
+    if (thing->Next) thing->Next->Previous = thing->Previous;
+    if (thing->Previous)
+        thing->Previous->Next = thing->Next;
+    else if (mFirst == thing)
+        mFirst = thing->Next;
+}
+
+// A chain of objects that go with one another is worked off from a list, so that its length needs no stack.
+void Memory::Drop(Heap* thing) {
+    if (thing->What == HeapKind::Text) return FreeOne(thing);
+    mDead.push_back(thing);
+    if (mDropping) return;
+    mDropping = true;
+    while (!mDead.empty()) {
+        Heap* dead = mDead.back();
+        mDead.pop_back();
+        if (dead->What == HeapKind::Object && !dead->Dying && mDestroyer) {
+            auto& object = static_cast<Object&>(*dead);
+            if (object.Class->Destructor >= 0) {
+                dead->Dying = true;
+                dead->References = 1;
+                // What the destructor lets go of goes at once, unless that already is a long chain.
+                mDropping = ++mDestructors > 50;
+                mDestroyer->Destroy(object);
+                --mDestructors;
+                mDropping = true;
+                if (--dead->References > 0) continue;  // it keeps itself alive
+            }
+        }
+        ReleaseParts(dead);
+        FreeOne(dead);
+    }
+    mDropping = false;
+}
+
+void Memory::ReleaseParts(Heap* thing) {
+    switch (thing->What) {
+        case HeapKind::Text:
+            break;
+        case HeapKind::Box: {
+            auto& box = static_cast<Box&>(*thing);
+            if (HoldsReference(box)) Release(box.Value.H);
+            break;
+        }
+        case HeapKind::Array: {
+            auto& array = static_cast<Array&>(*thing);
+            if (array.Element != ElementKind::Reference) break;
+            for (int64_t index = 0; index < array.Count; ++index)
+                Release(array.As<Heap*>()[index]);
+            array.Count = 0;
+            break;
+        }
+        case HeapKind::Object: {
+            auto& object = static_cast<Object&>(*thing);
+            for (uint32_t index = 0; index < object.Count; ++index)
+                if (object.Class->ReferenceField[index]) Release(object.Fields()[index].H);
+            object.Count = 0;
+            break;
+        }
+        case HeapKind::Delegate: {
+            auto& delegate = static_cast<Delegate&>(*thing);
+            if (!delegate.Weak) Release(delegate.Target);
+            break;
+        }
+    }
+}
+
+void Memory::FreeOne(Heap* thing) {
+    switch (thing->What) {
+        case HeapKind::Text: {
+            auto* text = static_cast<Text*>(thing);
+            if (text->Index) DropIndex(*text);
+            return Free(text, sizeof(Text) + text->Capacity);
+        }
+        case HeapKind::Box: {
+            auto* box = static_cast<Box*>(thing);
+            if (HoldsReference(*box)) Unlink(box);
+            return Free(box, sizeof(Box));
+        }
+        case HeapKind::Array: {
+            auto* array = static_cast<Array*>(thing);
+            Unlink(array);
+            if (array->Data)
+                Free(array->Data, static_cast<size_t>(array->Capacity) * ElementSize(array->Element));
+            array->~Array();
+            return Free(array, sizeof(Array));
+        }
+        case HeapKind::Object: {
+            auto* object = static_cast<Object*>(thing);
+            if (object->Watched) ForgetTarget(object);
+            Unlink(object);
+            return Free(object, ObjectSize(*object->Class));
+        }
+        case HeapKind::Delegate:
+            Unlink(static_cast<Delegate*>(thing));
+            return Free(thing, sizeof(Delegate));
+    }
+}
+
+void Memory::ForgetTarget(const Object* object) {
+    for (Linked* thing = mFirst; thing; thing = thing->Next) {
+        if (thing->What != HeapKind::Delegate) continue;
+        auto* delegate = static_cast<Delegate*>(thing);
+        if (delegate->Weak && delegate->Target == object) delegate->Target = nullptr;
+    }
+}
+
+// Every circle is opened while all of its members are held, then each member goes by itself.
+void Memory::FreeAll() {
+    mDestroyer = nullptr;
+    mDead.clear();
+    mDropping = false;
+    std::vector<Linked*> left;
+    for (Linked* thing = mFirst; thing; thing = thing->Next) {
+        thing->References = 1u << 31;
+        left.push_back(thing);
+    }
+    for (Linked* thing : left) {
+        ReleaseParts(thing);
+        if (thing->What == HeapKind::Box) static_cast<Box*>(thing)->Value.H = nullptr;
+        if (thing->What == HeapKind::Delegate) static_cast<Delegate*>(thing)->Target = nullptr;
+    }
+    for (Linked* thing : left) {
+        thing->References = 1;
+        Release(thing);
+    }
+}
+
+}  // namespace sorbel::script

@@ -1,0 +1,171 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace sorbel::script {
+
+struct Type;
+struct ClassInfo;
+struct Heap;
+struct Text;
+struct Box;
+struct Array;
+struct Object;
+struct Delegate;
+
+/// One register, field or element of full size. What it holds is known by the code that uses it.
+union Slot {
+    int64_t I = 0;
+    uint64_t U;
+    double D;
+    Heap* H;
+    Text* T;
+    Box* V;
+    Array* A;
+    Object* O;
+    Delegate* G;
+};
+static_assert(sizeof(Slot) == 8);
+
+/// A failure of a running script that is not yet an object of it. `ClassName` names a class of exceptions.
+struct Failure {
+    std::string ClassName;
+    std::string Message;
+};
+[[noreturn]] void FailOutOfBounds();
+[[noreturn]] void FailNil();
+[[noreturn]] void FailType(const std::string& message);
+
+enum class HeapKind : uint8_t { Text, Box, Array, Object, Delegate };
+
+/// What all counted things begin with.
+struct Heap {
+    uint32_t References = 1;
+    HeapKind What = HeapKind::Text;
+    bool Dying = false;    // its destructor runs or has run
+    bool Watched = false;  // a weak delegate calls it
+    bool Ascii = false;    // of a text whose characters are counted
+};
+
+/// A text. It is changed in place only while a single register knows of it.
+struct Text : Heap {
+    static constexpr uint32_t IndexStep = 16;
+    static constexpr uint32_t Unknown = UINT32_MAX;
+    uint32_t Size = 0;
+    uint32_t Capacity = 0;
+    uint32_t Characters = Unknown;
+    uint32_t* Index = nullptr;  // where every 16th character begins, once it was needed
+    char* Bytes() { return reinterpret_cast<char*>(this + 1); }
+    [[nodiscard]] std::string_view View() { return {Bytes(), Size}; }
+};
+
+/// What can be part of a circle, and is found through this chain when the script ends.
+struct Linked : Heap {
+    Linked* Previous = nullptr;
+    Linked* Next = nullptr;
+};
+
+/// A Variant that is not Nil.
+struct Box : Linked {
+    const Type* T = nullptr;
+    Slot Value;
+};
+
+enum class ElementKind : uint8_t { I8, U8, I16, U16, I32, U32, I64, F32, Reference };
+[[nodiscard]] size_t ElementSize(ElementKind kind);
+
+struct Array : Linked {
+    const Type* T = nullptr;
+    const ClassInfo* Structure = nullptr;  // of the elements
+    ElementKind Element = ElementKind::I64;
+    uint32_t Rank = 1;
+    int64_t Count = 0;  // elements in all dimensions together
+    int64_t Capacity = 0;
+    char* Data = nullptr;
+    std::vector<int64_t> Sizes;  // of each dimension, when there are several
+    template <typename E>
+    E* As() {
+        return reinterpret_cast<E*>(Data);
+    }
+};
+
+/// An object of a class, or a structure.
+struct Object : Linked {
+    const ClassInfo* Class = nullptr;
+    uint32_t Count = 0;
+    Slot* Fields() { return reinterpret_cast<Slot*>(this + 1); }
+};
+
+struct Delegate : Linked {
+    const Type* T = nullptr;
+    uint32_t Function = 0;
+    bool HasTarget = false;
+    bool Weak = false;  // does not keep its target alive, and has none when that is gone
+    Object* Target = nullptr;
+};
+
+/// A script's memory: counts what is in use, fails with OutOfMemoryException beyond the limit, and knows
+/// everything that could be part of a circle.
+class Memory {
+  public:
+    static constexpr size_t Limit = size_t{1} << 30;
+
+    Memory() = default;
+    Memory(const Memory&) = delete;
+    Memory& operator=(const Memory&) = delete;
+    ~Memory();
+
+    void* Allocate(size_t bytes);
+    void* Resize(void* block, size_t before, size_t after);
+    void Free(void* block, size_t bytes);
+    [[nodiscard]] size_t InUse() const { return mInUse; }
+
+    Text* NewText(std::string_view bytes);
+    Text* NewTextOf(size_t capacity);  ///< empty, with room
+    void DropIndex(Text& text);
+    Box* NewBox(const Type* type, Slot value);
+    Array* NewArray(const Type* type, ElementKind element, uint32_t rank, const ClassInfo* structure);
+    Object* NewObject(const ClassInfo& cls);
+    Delegate* NewDelegate();
+
+    /// One reference less. What nothing refers to any more goes, without recursion however long a chain it
+    /// is.
+    void Release(Heap* thing) {
+        if (thing && --thing->References == 0) Drop(thing);
+    }
+    static void Retain(Heap* thing) {
+        if (thing) ++thing->References;
+    }
+
+    /// Runs a destructor; the machine sets it.
+    class Destroyer {
+      public:
+        virtual ~Destroyer() = default;
+        virtual void Destroy(Object& object) = 0;
+    };
+    void SetDestroyer(Destroyer* destroyer) { mDestroyer = destroyer; }
+
+    /// Frees what is left when the script has ended: circles.
+    void FreeAll();
+
+  private:
+    void Link(Linked* thing);
+    void Unlink(Linked* thing);
+    void Drop(Heap* thing);
+    void FreeOne(Heap* thing);
+    void ReleaseParts(Heap* thing);
+    void ForgetTarget(const Object* object);
+
+    size_t mInUse = 0;
+    Linked* mFirst = nullptr;
+    std::vector<Heap*> mDead;
+    bool mDropping = false;
+    int mDestructors = 0;  // that run one in another
+    Destroyer* mDestroyer = nullptr;
+};
+
+}  // namespace sorbel::script

@@ -1,0 +1,76 @@
+#include "scripting/compiler/KestrumScript.h"
+
+#include "scripting/compiler/Emitter.h"
+#include "scripting/compiler/Lexer.h"
+#include "scripting/compiler/Machine.h"
+#include "scripting/compiler/Parser.h"
+
+namespace sorbel::script {
+
+namespace {
+
+constexpr int64_t PragmaWarning = 1;
+
+/// One compilation: what all passes share.
+struct Compilation {
+    script::Names Names;
+    script::Types Types{Names};
+    script::Tree Tree;
+    script::Checked Checked;
+    script::Program Program;
+
+    void Read(StringView text) {
+        const std::vector<Token> tokens = ReadTokens(text, Names);
+        Parser(tokens, Names, Tree).ReadProgram();
+    }
+    void Build(StringView source, const ScriptHost* host) {
+        Read(Prelude());
+        Read(source);
+        Checker(Tree, Names, Types, host, Checked).Check();
+        Emitter(Tree, Names, Types, Checked, Program).Emit();
+    }
+};
+
+KestrumScript::Details InOrder(const std::vector<String>& values) {
+    KestrumScript::Details details;
+    for (size_t at = 0; at < values.size(); ++at)
+        details.Set(std::to_string(at + 1), values[at]);
+    return details;
+}
+
+class Forward final : public Console {
+  public:
+    Forward(std::function<void(const String&)> print, std::function<String(const String&)> input)
+        : mPrint(std::move(print)), mInput(std::move(input)) {}
+    void Print(StringView text) override { mPrint(String(text)); }
+    String Input(StringView prompt) override { return mInput(String(prompt)); }
+
+  private:
+    std::function<void(const String&)> mPrint;
+    std::function<String(const String&)> mInput;
+};
+
+}  // namespace
+
+void KestrumScript::Run() {
+    Compilation compilation;
+    try {
+        compilation.Build(Source, Context);
+    } catch (const CompileError& error) {
+        Event_CompilerError({error.Line}, static_cast<int64_t>(error.Number), InOrder(error.Details));
+        return;
+    }
+    for (const auto& [line, text] : compilation.Tree.Warnings)
+        Event_CompilerWarning({line}, PragmaWarning, InOrder({text}));
+    Forward console([this](const String& text) { Event_Print(text); },
+                    [this](const String& prompt) { return Event_Input(prompt); });
+    std::optional<ScriptFailure> failure;
+    {
+        Machine machine(compilation.Program, compilation.Types, Context, console);
+        if (mLimit != INT64_MAX) machine.SetBudget(mLimit);
+        failure = machine.Run();
+    }
+    if (failure) Event_RuntimeError({failure->Line}, failure->ClassName, failure->Message);
+}
+
+}  // namespace sorbel::script

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <span>
+
+#include "scripting/compiler/Machine.h"
+
+namespace sorbel::script {
+
+// The parts of the library, each a table of its functions.
+[[nodiscard]] std::span<const NativeFunction> TextFunctions();
+[[nodiscard]] std::span<const NativeFunction> ConversionFunctions();
+[[nodiscard]] std::span<const NativeFunction> NumberFunctions();
+[[nodiscard]] std::span<const NativeFunction> ArrayFunctions();
+[[nodiscard]] std::span<const NativeFunction> VariantFunctions();
+
+/// What a whole number is that a call leaves out.
+inline constexpr int64_t Missing = INT64_MIN;
+[[nodiscard]] inline int64_t Given(int64_t value, int64_t otherwise) {
+    return value == Missing ? otherwise : value;
+}
+
+/// The number that a text begins with; 0 if none.
+[[nodiscard]] double NumberOf(StringView text);
+[[nodiscard]] int64_t WholeNumberOf(StringView text);
+[[nodiscard]] String TextOf(double value);
+/// `value` by a pattern of `#`, `0`, `.`, `,`, `%` and words; a second pattern behind `;` is for values below
+/// 0.
+[[nodiscard]] String FormatNumber(double value, StringView pattern);
+
+}  // namespace sorbel::script

@@ -1,0 +1,220 @@
+#include <unicode/locid.h>
+#include <unicode/unistr.h>
+#include <algorithm>
+
+#include "scripting/compiler/Library.h"
+
+namespace sorbel::script {
+
+namespace {
+
+StringView View(const Slot& slot) {
+    return ViewOf(slot.T);
+}
+
+// `count` characters from `start`, which counts from 0.
+void GiveMiddle(Machine& machine, Slot* a, int64_t start, int64_t count) {
+    Text* text = a[0].T;
+    const int64_t length = CountCharacters(text);
+    if (start < 0 || start >= length || count <= 0) {
+        a[0].T = nullptr;
+        return;
+    }
+    count = std::min(count, length - start);
+    if (count == length) {
+        Memory::Retain(text);
+        return;
+    }
+    const bool ascii = IsAscii(text);
+    const size_t from = ByteOf(machine.Store(), text, start);
+    if (ascii && count == 1) return machine.GiveCharacter(a[0], text->Bytes()[from]);
+    const size_t to = ByteOf(machine.Store(), text, start + count);
+    machine.Give(a[0], text->View().substr(from, to - from));
+    a[0].T->Characters = static_cast<uint32_t>(count);
+    a[0].T->Ascii = ascii;
+}
+
+void GiveBytes(Machine& machine, Slot* a, int64_t start, int64_t count) {
+    const StringView text = View(a[0]);
+    const auto size = static_cast<int64_t>(text.size());
+    if (start < 0 || start >= size || count <= 0) {
+        a[0].T = nullptr;
+        return;
+    }
+    machine.Give(a[0],
+                 text.substr(static_cast<size_t>(start), static_cast<size_t>(std::min(count, size - start))));
+}
+
+// Positions count from 1; a start before the beginning is the beginning.
+int64_t FromOne(int64_t start) {
+    return std::max<int64_t>(start, 1) - 1;
+}
+
+String Cased(StringView text, int how) {
+    icu::UnicodeString wide = icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
+    if (how == 0) wide.toLower(icu::Locale::getRoot());
+    if (how == 1) wide.toUpper(icu::Locale::getRoot());
+    if (how == 2) wide.toTitle(nullptr, icu::Locale::getRoot());
+    String result;
+    wide.toUTF8String(result);
+    return result;
+}
+
+StringView TrimmedEnd(StringView text, bool left, bool right) {
+    const String trimmed = Trim(text);
+    if (trimmed.empty()) return {};
+    const size_t start = text.find(trimmed);
+    const size_t end = start + trimmed.size();
+    return text.substr(left ? start : 0, (right ? end : text.size()) - (left ? start : 0));
+}
+
+// Replacing looks without regard to letter case, as all searching does.
+String Replaced(StringView text, StringView what, StringView with, bool all) {
+    if (what.empty()) return String(text);
+    String result;
+    const int64_t length = Len(what);
+    size_t done = 0;
+    for (;;) {
+        const StringView rest = text.substr(done);
+        const int64_t at = InStr(1, rest, what);
+        if (at == 0) break;
+        const size_t before = Left(rest, at - 1).size();
+        const size_t taken = Mid(rest, at, length).size();
+        result += rest.substr(0, before);
+        result += with;
+        done += before + taken;
+        if (!all) break;
+    }
+    return result.append(text.substr(done));
+}
+
+int64_t FindBytes(int64_t start, StringView text, StringView term) {
+    const size_t found = text.find(term, static_cast<size_t>(FromOne(start)));
+    return found == StringView::npos ? 0 : static_cast<int64_t>(found) + 1;
+}
+
+void GiveJoined(Machine& machine, Slot* a) {
+    if (!a[0].A) FailNil();
+    const Array& array = *a[0].A;
+    Text** texts = const_cast<Array&>(array).As<Text*>();
+    const StringView between = View(a[1]);
+    size_t size = 0;
+    for (int64_t at = 0; at < array.Count; ++at)
+        size += ViewOf(texts[at]).size() + (at ? between.size() : 0);
+    if (size >= Memory::Limit)
+        throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    String joined;
+    joined.reserve(size);
+    for (int64_t at = 0; at < array.Count; ++at)
+        joined.append(at ? between : StringView()).append(ViewOf(texts[at]));
+    machine.Give(a[0], joined);
+}
+
+String Repeated(StringView text, int64_t count) {
+    if (count > 0 && !text.empty() && count >= static_cast<int64_t>(Memory::Limit / text.size()))
+        throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    String result;
+    for (int64_t at = 0; at < count; ++at)
+        result += text;
+    return result;
+}
+
+int64_t CodeOf(StringView text) {
+    return text.empty() ? -1 : FirstCharacter(text).CodePoint;
+}
+
+const NativeFunction table[] = {
+    {"Len", "text S", "I", [](Machine&, Slot* a) { a->I = CountCharacters(a->T); }, true},
+    {"Length", "text S", "I", [](Machine&, Slot* a) { a->I = CountCharacters(a->T); }, true},
+    {"LenB", "text S", "I", [](Machine&, Slot* a) { a->I = LenB(View(*a)); }, true},
+    {"Bytes", "text S", "I", [](Machine&, Slot* a) { a->I = LenB(View(*a)); }, true},
+    {"Mid", "text S start I | count I", "S",
+     [](Machine& m, Slot* a) { GiveMiddle(m, a, FromOne(a[1].I), Given(a[2].I, INT64_MAX)); }, true},
+    {"Middle", "text S index I | count I", "S",
+     [](Machine& m, Slot* a) { GiveMiddle(m, a, std::max<int64_t>(a[1].I, 0), Given(a[2].I, INT64_MAX)); },
+     true},
+    {"Left", "text S count I", "S", [](Machine& m, Slot* a) { GiveMiddle(m, a, 0, a[1].I); }, true},
+    {"Right", "text S count I", "S",
+     [](Machine& m, Slot* a) {
+         const int64_t length = CountCharacters(a->T), count = std::clamp<int64_t>(a[1].I, 0, length);
+         GiveMiddle(m, a, length - count, count);
+     },
+     true},
+    {"MidB", "text S start I | count I", "S",
+     [](Machine& m, Slot* a) { GiveBytes(m, a, FromOne(a[1].I), Given(a[2].I, INT64_MAX)); }, true},
+    {"LeftB", "text S count I", "S", [](Machine& m, Slot* a) { GiveBytes(m, a, 0, a[1].I); }, true},
+    {"RightB", "text S count I", "S",
+     [](Machine& m, Slot* a) {
+         const int64_t size = LenB(View(*a)), count = std::clamp<int64_t>(a[1].I, 0, size);
+         GiveBytes(m, a, size - count, count);
+     },
+     true},
+    {"InStr", "text S term S", "I", [](Machine&, Slot* a) { a->I = FindText(1, a[0].T, a[1].T); }, true},
+    {"InStr", "start I text S term S", "I",
+     [](Machine&, Slot* a) { a->I = FindText(a[0].I, a[1].T, a[2].T); }, false},
+    {"InStrB", "text S term S", "I", [](Machine&, Slot* a) { a->I = FindBytes(1, View(a[0]), View(a[1])); },
+     true},
+    {"InStrB", "start I text S term S", "I",
+     [](Machine&, Slot* a) { a->I = FindBytes(a[0].I, View(a[1]), View(a[2])); }, false},
+    {"IndexOf", "text S term S", "I", [](Machine&, Slot* a) { a->I = FindText(1, a[0].T, a[1].T) - 1; },
+     true},
+    {"Contains", "text S term S", "B", [](Machine&, Slot* a) { a->I = FindText(1, a[0].T, a[1].T) > 0; },
+     true},
+    {"BeginsWith", "text S term S", "B",
+     [](Machine&, Slot* a) { a->I = Equal(Left(View(a[0]), Len(View(a[1]))), View(a[1])); }, true},
+    {"EndsWith", "text S term S", "B",
+     [](Machine&, Slot* a) { a->I = Equal(Right(View(a[0]), Len(View(a[1]))), View(a[1])); }, true},
+    {"Replace", "text S what S with S", "S",
+     [](Machine& m, Slot* a) { m.Give(*a, Replaced(View(a[0]), View(a[1]), View(a[2]), false)); }, true},
+    {"ReplaceAll", "text S what S with S", "S",
+     [](Machine& m, Slot* a) { m.Give(*a, Replaced(View(a[0]), View(a[1]), View(a[2]), true)); }, true},
+    {"ReplaceLineEndings", "text S ending S", "S",
+     [](Machine& m, Slot* a) { m.Give(*a, ReplaceLineEndings(View(a[0]), View(a[1]))); }, true},
+    {"Trim", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Trim(View(*a))); }, true},
+    {"LTrim", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, TrimmedEnd(View(*a), true, false)); },
+     true},
+    {"RTrim", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, TrimmedEnd(View(*a), false, true)); },
+     true},
+    {"Lowercase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 0)); }, true},
+    {"Uppercase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 1)); }, true},
+    {"Titlecase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 2)); }, true},
+    {"Split", "text S | delimiter S", "T",
+     [](Machine& m, Slot* a) {
+         const StringView delimiter = a[1].T ? View(a[1]) : StringView(" ");
+         a->A = m.NewTexts(Split(View(*a), delimiter));
+     },
+     true},
+    {"Join", "fields T | delimiter S", "S", GiveJoined, true},
+    {"NthField", "text S delimiter S index I", "S",
+     [](Machine& m, Slot* a) { m.Give(*a, NthField(View(a[0]), View(a[1]), a[2].I)); }, true},
+    {"CountFields", "text S delimiter S", "I",
+     [](Machine&, Slot* a) { a->I = CountFields(View(a[0]), View(a[1])); }, true},
+    {"Chr", "code I", "S",
+     [](Machine& m, Slot* a) {
+         const int64_t code = a->I;
+         m.Give(*a, Chr(code < 0 || code > 0x10FFFF ? -1 : static_cast<int32_t>(code)));
+     },
+     false},
+    {"ChrB", "byte I", "S", [](Machine& m, Slot* a) { m.Give(*a, ChrB(static_cast<uint8_t>(a->U))); }, false},
+    {"Asc", "text S", "I", [](Machine&, Slot* a) { a->I = CodeOf(View(*a)); }, true},
+    {"AscB", "text S", "I",
+     [](Machine&, Slot* a) { a->I = View(*a).empty() ? -1 : static_cast<unsigned char>(View(*a)[0]); }, true},
+    {"StrComp", "a S b S | mode I", "I",
+     [](Machine&, Slot* a) {
+         const bool exact = Given(a[2].I, 0) == 0;
+         const int order = exact ? StrComp(View(a[0]), View(a[1]), 0) : CompareTexts(a[0].T, a[1].T);
+         a->I = (order > 0) - (order < 0);
+     },
+     false},
+    {"Repeat", "text S count I", "S", [](Machine& m, Slot* a) { m.Give(*a, Repeated(View(a[0]), a[1].I)); },
+     true},
+    {"EndOfLine", "", "S", [](Machine& m, Slot* a) { m.Give(*a, EndOfLine); }, false},
+};
+
+}  // namespace
+
+std::span<const NativeFunction> TextFunctions() {
+    return table;
+}
+
+}  // namespace sorbel::script

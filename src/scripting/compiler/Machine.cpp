@@ -1,0 +1,294 @@
+#include "scripting/compiler/Machine.h"
+
+#include <new>
+
+#include "platform/Exceptions.h"
+
+namespace sorbel::script {
+
+namespace {
+// The fields of the class RuntimeException, in the order of its declaration.
+constexpr uint32_t MessageField = 0;
+constexpr uint32_t LineField = 2;
+}  // namespace
+
+Machine::Machine(const Program& program, const Types& types, ScriptHost* host, Console& console)
+    : mProgram(program),
+      mTypes(types),
+      mHost(host),
+      mConsole(console),
+      mStack(static_cast<Slot*>(std::malloc(StackSlots * sizeof(Slot)))),
+      mTexts(program.Texts.size()) {
+    if (!mStack) throw std::bad_alloc();
+    if (host) mHostMembers = host->Members();
+    mFrames.reserve(MostFrames);  // they stay where they are: the loop holds on to its own
+    mMemory.SetDestroyer(this);
+}
+
+Machine::~Machine() {
+    EndAll();
+    for (Text* text : mTexts)
+        mMemory.Release(text);
+    for (Text* text : mCharacters)
+        mMemory.Release(text);
+    mMemory.FreeAll();
+}
+
+std::optional<ScriptFailure> Machine::Run() {
+    try {
+        Enter(mProgram.Functions[0], mStack.get(), 0);
+        Execute(0);
+    } catch (const Thrown& thrown) {
+        Object* exception = thrown.Exception;
+        ScriptFailure failure;
+        failure.ClassName = exception->Class->T->Name;
+        failure.Message = ViewOf(exception->Fields()[MessageField].T);
+        failure.Line = exception->Fields()[LineField].I;
+        mMemory.Release(exception);
+        return failure;
+    } catch (const Failure& failure) {
+        return ScriptFailure{failure.ClassName, failure.Message, 1};
+    } catch (const Stopped&) {
+        if (!mFatal) mFatal = ScriptFailure{"StoppedException", "The script was stopped.", CurrentLine()};
+        EndAll();
+        return mFatal;
+    }
+    return {};
+}
+
+// Drops what a script leaves that did not come to its end.
+void Machine::EndAll() {
+    mMemory.SetDestroyer(nullptr);
+    while (!mFrames.empty()) {
+        ReleaseFrame(mFrames.back());
+        for (const uint16_t reg : mFrames.back().F->GivenBack)
+            mMemory.Release(mFrames.back().Base[reg].H);
+        mFrames.pop_back();
+    }
+    mMemory.Release(std::exchange(mCaught, nullptr));
+}
+
+void Machine::Execute(size_t depth) {
+    struct Guard {
+        explicit Guard(int& runs) : Runs(++runs) {}
+        ~Guard() { --Runs; }
+        int& Runs;
+    } guard(mRuns);
+    for (;;) {
+        Object* exception = nullptr;
+        try {
+            if (mBudget == INT64_MAX)
+                Loop<false>(depth);
+            else
+                Loop<true>(depth);
+            return;
+        } catch (const Failure& failure) {
+            if (failure.ClassName == "OutOfMemoryException") {
+                mFatal = ScriptFailure{failure.ClassName, failure.Message, CurrentLine()};
+                throw Stopped{};
+            }
+            exception = MakeException(failure);
+        } catch (const Thrown& thrown) {
+            exception = thrown.Exception;
+        }
+        if (!Unwind(exception, depth)) throw Thrown{exception};
+    }
+}
+
+void Machine::Enter(const Function& function, Slot* base, uint16_t result) {
+    const Slot* end = mStack.get() + StackSlots;
+    if (end - base < static_cast<ptrdiff_t>(function.Registers + function.Window + 8) ||
+        mFrames.size() >= MostFrames) {
+        // What was passed on goes with the call that does not happen.
+        for (const auto* list : {&function.References, &function.GivenBack})
+            for (const uint16_t reg : *list)
+                if (reg < function.Parameters) mMemory.Release(base[reg].H);
+        throw Failure{"StackOverflowException", "Methods call each other too deeply."};
+    }
+    for (const uint16_t reg : function.Fresh)
+        base[reg].H = nullptr;
+    mFrames.push_back({&function, function.Code.data(), base, result});
+}
+
+void Machine::ReleaseFrame(const Frame& frame) {
+    Slot* base = frame.Base;
+    for (const uint16_t reg : frame.F->References)
+        mMemory.Release(std::exchange(base[reg].H, nullptr));
+}
+
+// Hands an exception to the nearest handler above `depth`; methods on the way end.
+bool Machine::Unwind(Object* exception, size_t depth) {
+    while (mFrames.size() > depth) {
+        Frame& frame = mFrames.back();
+        const auto at = static_cast<uint32_t>(frame.Next - frame.F->Code.data() - 1);
+        for (const Handler& handler : frame.F->Handlers) {
+            if (at < handler.Start || at >= handler.End) continue;
+            frame.Next = frame.F->Code.data() + handler.Target;
+            mCaught = exception;
+            return true;
+        }
+        ReleaseFrame(mFrames.back());
+        const Frame& left = mFrames.back();
+        for (const uint16_t reg : left.F->GivenBack)
+            mMemory.Release(std::exchange(left.Base[reg].H, nullptr));
+        mFrames.pop_back();
+    }
+    return false;
+}
+
+int64_t Machine::CurrentLine() const {
+    if (mFrames.empty()) return 0;
+    const Frame& frame = mFrames.back();
+    const auto next = static_cast<size_t>(frame.Next - frame.F->Code.data());
+    return next == 0 ? frame.F->Lines[0] : frame.F->Lines[next - 1];
+}
+
+Slot* Machine::FreeStack() const {
+    if (mFrames.empty()) return mStack.get();
+    const Frame& frame = mFrames.back();
+    return frame.Base + frame.F->Registers + frame.F->Window;
+}
+
+// The line stays that of the first time that the object is raised.
+void Machine::RaiseObject(Object* exception) {
+    Slot& line = exception->Fields()[LineField];
+    if (line.I == 0) line.I = CurrentLine();
+    throw Thrown{exception};
+}
+
+Object* Machine::MakeException(const Failure& failure) {
+    const auto found = mProgram.ExceptionClasses.find(Fold(failure.ClassName));
+    const auto& base = mProgram.Classes[mProgram.ExceptionClasses.at("runtimeexception")];
+    const ClassInfo* cls =
+        found == mProgram.ExceptionClasses.end() ? &base : &mProgram.Classes[found->second];
+    if (!cls->T->ComesFrom(base.T)) cls = &base;
+    Object* exception = mMemory.NewObject(*cls);
+    Give(exception->Fields()[MessageField], failure.Message);
+    exception->Fields()[LineField].I = CurrentLine();
+    return exception;
+}
+
+// Runs when the last reference to an object has gone. An exception that leaves a destructor ends it alone:
+// whoever let the object go did nothing wrong.
+void Machine::Destroy(Object& object) {
+    const Function& function = mProgram.Functions[static_cast<size_t>(object.Class->Destructor)];
+    if (mRuns > MostRuns) return;
+    Slot* base = FreeStack();
+    ++object.References;
+    base->O = &object;
+    const size_t depth = mFrames.size();
+    const Slot result = mResult;
+    Object* caught = std::exchange(mCaught, nullptr);
+    try {
+        Enter(function, base, 0);
+        Execute(depth);
+    } catch (const Thrown& thrown) {
+        mMemory.Release(thrown.Exception);
+    } catch (const Failure&) {
+        // No room for the call.
+    }
+    mCaught = caught;
+    mResult = result;
+}
+
+void Machine::Give(Slot& to, StringView text) {
+    to.T = text.empty() ? nullptr : mMemory.NewText(text);
+}
+
+void Machine::GiveCharacter(Slot& to, char ascii) {
+    Text*& text = mCharacters[static_cast<unsigned char>(ascii) & 0x7F];
+    if (!text) {
+        text = mMemory.NewText(StringView(&ascii, 1));
+        CountCharacters(text);
+    }
+    Memory::Retain(text);
+    to.T = text;
+}
+
+Text* Machine::ProgramText(uint32_t index) {
+    Text*& text = mTexts[index];
+    if (!text) {
+        text = mMemory.NewText(StringView(mProgram.Texts[index]));
+        CountCharacters(text);
+    }
+    return text;
+}
+
+Array* Machine::NewTexts(const std::vector<String>& texts) {
+    const Type* type = const_cast<Types&>(mTypes).ArrayOf(mTypes.Of(Kind::String), 1);
+    Array* array = mMemory.NewArray(type, ElementKind::Reference, 1, nullptr);
+    ResizeArray(mMemory, *array, static_cast<int64_t>(texts.size()));
+    for (size_t at = 0; at < texts.size(); ++at)
+        Give(array->As<Slot>()[at], texts[at]);
+    return array;
+}
+
+uint64_t Machine::Random() {
+    mSeed ^= mSeed << 13;
+    mSeed ^= mSeed >> 7;
+    mSeed ^= mSeed << 17;
+    return mSeed;
+}
+
+const Function& Machine::FunctionOf(const Object* object, int selector) const {
+    return mProgram.Functions[object->Class->BySelector.at(selector)];
+}
+
+// --- The host ---
+
+void Machine::CallHost(uint32_t index, Slot* arguments) {
+    const HostMember& member = mHostMembers[index];
+    std::vector<HostValue> values;
+    for (size_t at = 0; at < member.Parameters.size(); ++at) {
+        switch (member.Parameters[at].Type) {
+            case HostType::Integer:
+                values.emplace_back(arguments[at].I);
+                break;
+            case HostType::Double:
+                values.emplace_back(arguments[at].D);
+                break;
+            case HostType::Boolean:
+                values.emplace_back(arguments[at].I != 0);
+                break;
+            case HostType::Text:
+                values.emplace_back(String(ViewOf(arguments[at].T)));
+                break;
+            case HostType::Color:
+                values.emplace_back(Color{static_cast<uint32_t>(arguments[at].U)});
+                break;
+            case HostType::Nothing:
+                values.emplace_back();
+                break;
+        }
+    }
+    HostValue result;
+    try {
+        result = mHost->Call(index, values);
+    } catch (const RuntimeException& exception) {
+        throw Failure{exception.ClassName(), exception.Message()};
+    }
+    Slot& to = arguments[0];
+    to.I = 0;
+    if (result.index() != static_cast<size_t>(member.Result)) return;
+    switch (member.Result) {
+        case HostType::Integer:
+            to.I = std::get<int64_t>(result);
+            break;
+        case HostType::Double:
+            to.D = std::get<double>(result);
+            break;
+        case HostType::Boolean:
+            to.I = std::get<bool>(result);
+            break;
+        case HostType::Text:
+            Give(to, std::get<String>(result));
+            break;
+        case HostType::Color:
+            to.U = std::get<Color>(result).Value;
+            break;
+        case HostType::Nothing:
+            break;
+    }
+}
+
+}  // namespace sorbel::script

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/Text.h"
+#include "scripting/compiler/Errors.h"
+
+namespace sorbel::script {
+
+// clang-format off
+/// Every word that the language keeps for itself.
+#define SORBEL_KEYWORDS(X) \
+    X(AddHandler) X(AddressOf) X(Aggregates) X(And) X(As) X(Assigns) X(ByRef) X(ByVal) X(Call) \
+    X(Case) X(Catch) X(Class) X(Const) X(Continue) X(CType) X(Declare) X(Delegate) X(Dim) X(Do) \
+    X(DownTo) X(Each) X(Else) X(ElseIf) X(End) X(Enum) X(Event) X(Exit) X(Extends) X(False) \
+    X(Finally) X(For) X(Function) X(Global) X(Goto) X(If) X(Implements) X(In) X(Inherits) \
+    X(Interface) X(Is) X(IsA) X(Loop) X(Me) X(Mod) X(Module) X(New) X(Next) X(Nil) X(Not) \
+    X(Optional) X(Or) X(ParamArray) X(Private) X(Property) X(Protected) X(Public) X(Raise) \
+    X(RaiseEvent) X(ReDim) X(RemoveHandler) X(Return) X(Select) X(Self) X(Shared) X(Static) \
+    X(Step) X(Structure) X(Sub) X(Super) X(Then) X(To) X(True) X(Try) X(Until) X(Var) \
+    X(WeakAddressOf) X(Wend) X(While) X(Xor)
+// clang-format on
+
+enum class Tok : uint8_t {
+    End,
+    NewLine,
+    Bad,  // what cannot be read; its number waits until the parser arrives there
+    Identifier,
+    Integer,
+    Real,
+    Text,
+    Color,
+    Directive,  // #If and its kin, by name
+    Plus,
+    Minus,
+    Star,
+    Slash,
+    Backslash,
+    Caret,
+    Equal,
+    NotEqual,
+    Less,
+    LessEqual,
+    Greater,
+    GreaterEqual,
+    LeftParen,
+    RightParen,
+    Comma,
+    Dot,
+    Colon,
+#define X(Name) K##Name,
+    SORBEL_KEYWORDS(X)
+#undef X
+};
+
+using NameId = uint32_t;  ///< a name without regard to letter case
+
+/// Gives each name one number, whatever its letter case, and keeps its first spelling.
+class Names {
+  public:
+    NameId Intern(StringView spelling);
+    [[nodiscard]] const String& Spelling(NameId name) const { return mSpellings[name]; }
+
+  private:
+    std::unordered_map<String, NameId> mIds;
+    std::vector<String> mSpellings;
+};
+
+struct Token {
+    Tok Kind = Tok::End;
+    bool SpaceBefore = false;
+    uint32_t Line = 1;
+    NameId Name = 0;  // identifiers, keywords and directives
+    StringView Spelling;
+    int64_t Integer = 0;  // also a colour, and the error number of a Bad one
+    double Real = 0;
+    String Text;  // of a literal, with doubled quotes made single
+};
+
+[[nodiscard]] inline bool IsKeyword(Tok kind) {
+    return kind > Tok::Colon;
+}
+
+}  // namespace sorbel::script

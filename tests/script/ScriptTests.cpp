@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+
+#include "script/RecordingScript.h"
+
+namespace sorbel::script {
+namespace {
+
+const char* const Sample = R"(//  Reverses the text in the TranslatedText field
+
+if ShowDialog("Are you sure you want to reverse this translated string?", "", "No", "Yes", "Maybe", 1) <> "Yes" then
+  Return
+end if
+
+Dim default As String = DefaultText
+Dim translated As String = TranslatedText
+
+dim newString as String
+for i as integer = len(translated) downto 1
+  newString = newString + mid(translated,i,1)
+next i
+
+TranslatedText = default + ": " + newString
+)";
+
+const char* const LoopSample =
+    "//  Reverses the text in the TranslatedText field\n\n// Store the selected row \n"
+    "dim InitialRow as integer = CurrentRow\n\n// Move to each row and reverse the text\n"
+    "For i as integer = FirstRow to LastRow\n\tCurrentRow = i\n\tDim default As String = DefaultText\n"
+    "\tDim translated As String = TranslatedText\n\n\tdim newString as String\n"
+    "\tfor j as integer = len(translated) downto 1\n\t\tnewString = newString + mid(translated, j, 1)\n"
+    "\tnext j\n\n\tTranslatedText = default + \": \" + newString\nNext i\n\n"
+    "// Restore the selected row\nCurrentRow = InitialRow\n";
+
+TEST(ScriptSamples, ReverseTheSelectedTranslation) {
+    FakeHost host;
+    host.Defaults = {"Open", "Save"};
+    host.Translations = {"Öffnen", "Sichern"};
+    host.Row = 1;
+    host.Answer = "Maybe";
+    EXPECT_EQ(RecordingScript(Sample, &host).Errors, 0);
+    EXPECT_EQ(host.Translations[0], "Öffnen");  // the answer was not "Yes"
+    class Agreeing : public FakeHost {
+      public:
+        HostValue Call(size_t index, std::span<const HostValue> arguments) override {
+            return index == 8 ? HostValue(String("Yes")) : FakeHost::Call(index, arguments);
+        }
+    } agreeing;
+    static_cast<FakeHost&>(agreeing) = host;
+    EXPECT_EQ(RecordingScript(Sample, &agreeing).FailureClass, "");
+    EXPECT_EQ(agreeing.Translations[0], "Open: nenffÖ");
+    EXPECT_EQ(agreeing.Translations[1], "Sichern");
+}
+
+TEST(ScriptSamples, ReverseAllTranslationsAndRestoreTheRow) {
+    FakeHost host;
+    host.Defaults = {"a", "b", "c"};
+    host.Translations = {"xyz", "", "日本"};
+    host.Row = 2;
+    EXPECT_EQ(RecordingScript(LoopSample, &host).Errors, 0);
+    EXPECT_EQ(host.Translations, (std::vector<String>{"a: zyx", "b: ", "c: 本日"}));
+    EXPECT_EQ(host.Row, 2);
+    FakeHost empty;
+    EXPECT_EQ(RecordingScript(LoopSample, &empty).FailureClass, "");
+}
+
+TEST(ScriptHostCalls, ChooseOverloadsAndReachNothingElse) {
+    FakeHost host;
+    host.Answer = "n";
+    const RecordingScript calls(
+        "Beep\nPrint ShowDialog(\"a\", \"b\", \"c\", \"d\")\ncurrentrow = 2.9\nBEEP()", &host);
+    EXPECT_EQ(calls.Output, std::vector<String>{"n4"});
+    EXPECT_EQ(host.Beeps, 2);
+    EXPECT_EQ(host.Row, 2);
+    EXPECT_EQ(RecordingScript("Print ShowDialog(\"a\")", &host).Error, 7);
+    EXPECT_EQ(RecordingScript("Dim b As Integer = Beep", &host).Error, 67);
+    EXPECT_EQ(RecordingScript("LastRow = 3", &host).Error, 70);
+    EXPECT_EQ(RecordingScript("Beep").Error, 11);
+    // What was done before a failure stays.
+    EXPECT_EQ(RecordingScript("CurrentRow = 1\nFail", &host).FailureClass, "IOException");
+    EXPECT_EQ(host.Row, 1);
+    const RecordingScript caught("Try\nFail\nCatch e As IOException\nPrint e.Message\nEnd Try", &host);
+    EXPECT_EQ(caught.Output, std::vector<String>{"no such file"});
+}
+
+TEST(ScriptCompiler, ReportsOnceAndRunsNothing) {
+    const RecordingScript script("Print \"x\"\nfoo = 1\nbar = 2\n");
+    EXPECT_EQ(script.Errors, 1);
+    EXPECT_EQ(script.Line, 2);
+    EXPECT_TRUE(script.Output.empty());
+    // The first error in the text, whichever body it is in.
+    EXPECT_EQ(RecordingScript("Sub A()\nx = 1\nEnd Sub\ny = 2").Line, 2);
+    EXPECT_EQ(RecordingScript("#Pragma Warning \"old\"\n").Warnings, std::vector<int64_t>{1});
+}
+
+TEST(ScriptCompiler, BoundsNesting) {
+    const auto repeated = [](const String& text, int count) {
+        String all;
+        for (int i = 0; i < count; ++i)
+            all += text;
+        return all;
+    };
+    for (const char* text : {"(", "-", "Not ", "If x Then ", "Str("})
+        EXPECT_EQ(RecordingScript("Dim x As Boolean\nx = " + repeated(text, 100000)).Error,
+                  *text == 'I' ? 1 : 5);
+    EXPECT_EQ(RecordingScript(repeated("If True Then\n", 100000)).Error, 5);
+    EXPECT_EQ(RecordingScript("Dim x As Integer = 1" + repeated(" + 1", 100000)).Error, 5);
+    EXPECT_EQ(RecordingScript("Dim a As Object = x" + repeated(".y", 100000)).Error, 5);
+    EXPECT_EQ(RecordingScript("Dim x As Integer = 0" + repeated(" + x", 900)).Error, 11);
+    // Long is not deep, and jumps over much code still arrive.
+    const RecordingScript lines("Dim x As Integer\nFor i As Integer = 1 To 2\nIf i = 3 Then\n" +
+                                repeated("x = x + i * 2\n", 20000) + "End If\nNext\nPrint Str(x)");
+    EXPECT_EQ(lines.Output, std::vector<String>{"0"});
+}
+
+TEST(ScriptMachine, EndsWhatHoldsTooMuch) {
+    EXPECT_EQ(RecordingScript("Dim a(2000000000) As Integer").FailureClass, "OutOfMemoryException");
+    EXPECT_EQ(RecordingScript("Dim a(100000, 100000, 100000) As Integer").FailureClass,
+              "OutOfMemoryException");
+    EXPECT_EQ(
+        RecordingScript("Dim a() As String\nTry\nDo\na.Append(Repeat(\"x\", 100000))\nLoop\nCatch e\nEnd Try")
+            .FailureClass,
+        "OutOfMemoryException");
+    RecordingScript endless("");
+    endless.Source = "Do\nLoop";
+    endless.SetOperationLimit(1000);
+    endless.Run();
+    EXPECT_EQ(endless.FailureClass, "StoppedException");
+    // A list of a million links goes without a call for each.
+    const char* const chain =
+        "Class N\nProperty Nxt As N\nEnd Class\nDim first As N\nFor i As Integer = 1 To 1000000\n"
+        "Dim n As New N\nn.Nxt = first\nfirst = n\nNext\nfirst = Nil\nPrint \"gone\"";
+    EXPECT_EQ(RecordingScript(chain).Output, std::vector<String>{"gone"});
+}
+
+}  // namespace
+}  // namespace sorbel::script
