@@ -2,6 +2,7 @@
 #include <random>
 #include <sstream>
 
+#include "editing/BlindGraphics.h"
 #include "editing/InternalChange.h"
 #include "editing/WindowUnderTest.h"
 #include "editing/changes/ImportChange.h"
@@ -196,18 +197,7 @@ class BatchWalk : public Subject {
     }
 
     void Paint() {
-        class BlindGraphics : public Graphics {
-          public:
-            [[nodiscard]] int Width() const override { return 340; }
-            [[nodiscard]] int Height() const override { return 20; }
-            [[nodiscard]] double StringWidth(StringView text) const override {
-                return static_cast<double>(Len(text)) * 7;
-            }
-            void DrawPicture(const Picture&, int, int) override {}
-            void DrawLine(int, int, int, int) override {}
-            void DrawRect(int, int, int, int) override {}
-            void FillRect(int, int, int, int) override {}
-        } g;
+        BlindGraphics g;
         for (int64_t row = 0; row < mWindow.ListBox1.ListCount(); ++row)
             mWindow.ListBox1.PaintCell(g, row, 0, 0);
     }
