@@ -366,5 +366,6 @@ int main(int argc, char** argv) {
         failed += script.Failed;
     }
     std::printf("%ld programs, %ld compiled, %ld of them failed at run time\n", done, compiled, failed);
+    std::fflush(stdout);
     return 0;
 }

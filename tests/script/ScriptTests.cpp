@@ -116,10 +116,10 @@ TEST(ScriptMachine, EndsWhatHoldsTooMuch) {
     EXPECT_EQ(RecordingScript("Dim a(2000000000) As Integer").FailureClass, "OutOfMemoryException");
     EXPECT_EQ(RecordingScript("Dim a(100000, 100000, 100000) As Integer").FailureClass,
               "OutOfMemoryException");
-    EXPECT_EQ(
-        RecordingScript("Dim a() As String\nTry\nDo\na.Append(Repeat(\"x\", 100000))\nLoop\nCatch e\nEnd Try")
-            .FailureClass,
-        "OutOfMemoryException");
+    EXPECT_EQ(RecordingScript("Dim a() As String, t As String = Repeat(\"x\", "
+                              "10000)\nTry\nDo\na.Append(Repeat(t, 1000))\nLoop\nCatch e\nEnd Try")
+                  .FailureClass,
+              "OutOfMemoryException");
     RecordingScript endless("");
     endless.Source = "Do\nLoop";
     endless.SetOperationLimit(1000);

@@ -93,9 +93,9 @@ void Emitter::EmitMain() {
     EmitFunction(mProgram.Functions[0], 1, [&] {
         for (const Variable* variable : mChecked.TopVariables)
             NewRegister(variable->T);
+        // A method may use a variable before the main program reaches its line.
         for (const Variable* variable : mChecked.TopVariables)
-            if (!variable->IsProperty && (variable->T->Is(Kind::Array) || variable->T->Is(Kind::Structure)))
-                Initialise(variable->T, static_cast<Register>(variable->Index));
+            if (!variable->IsProperty) Initialise(variable->T, static_cast<Register>(variable->Index));
         for (const Variable* variable : mChecked.Initialised)
             EmitVariable(*variable->Decl);
         CollectLabelDepths(mTree.Main, 0);

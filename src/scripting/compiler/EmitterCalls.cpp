@@ -78,7 +78,9 @@ void Emitter::PassArguments(std::vector<Argument>& arguments, const MethodDecl& 
         for (size_t other = at + 1; other < arguments.size(); ++other)
             later |= MayChange(*arguments[other].Value);
         const bool byRef = at >= first && decl.Params[at - first].ByRef;
-        PrepareArgument(arguments[at], byRef, later && at >= first);
+        // A structure is passed as a copy of its own.
+        const bool structure = arguments[at].Value->T->Is(Kind::Structure);
+        PrepareArgument(arguments[at], byRef, structure || (later && at >= first));
     }
     if (check) Put(Code::CheckNil, arguments[0].Reg);
     for (size_t at = 0; at < arguments.size(); ++at)
@@ -90,10 +92,6 @@ void Emitter::PassArguments(std::vector<Argument>& arguments, const MethodDecl& 
         Code code = Code::Move;
         if (type.IsReference()) {
             code = argument.Taken ? Code::ArgTake : Code::ArgRef;
-            const bool place = argument.Value->Kind == ExprKind::Variable ||
-                               argument.Value->Kind == ExprKind::Field ||
-                               argument.Value->Kind == ExprKind::Subscript;
-            if (type.Is(Kind::Structure) && place) code = Code::ArgStruct;
         }
         Put(code, Window(at), argument.Reg);
     }

@@ -149,6 +149,12 @@ void Emitter::EmitForAny(const Stmt& statement, Register counter, Label& exit) {
     Place(body);
     EmitLoopBody(statement, BlockKind::For, exit, next);
     mLine = statement.EndLine;
+    if (direct && type->Is(Kind::Int64)) {
+        Put(Code::ForStep, counter, limit, step);
+        JumpTo(body);
+        JumpTo(exit);
+        return FreeTemps(mark);
+    }
     if (!direct) PutWide(Code::GetTop, counter, statement.Var->Index);
     Put(Code::Move, before, counter);
     Put(real ? Code::AddF : Code::AddI, counter, counter, step);

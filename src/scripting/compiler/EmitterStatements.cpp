@@ -255,7 +255,10 @@ void Emitter::EmitReturn(const Expr* value) {
         Put(Code::ReturnTake, value->Var->Index);
         return;
     }
-    const Register reg = Own(*value);
+    // The finally blocks are written later and know nothing of this value: its register is not given to
+    // others.
+    const Register reg = mFinallies.empty() ? Temp(value->T) : NewRegister(value->T);
+    Into(*value, reg);
     RunFinallies(0);
     Put(value->T->IsReference() ? Code::ReturnTake : Code::ReturnValue, reg);
 }

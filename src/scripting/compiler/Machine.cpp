@@ -17,7 +17,7 @@ Machine::Machine(const Program& program, const Types& types, ScriptHost* host, C
       mTypes(types),
       mHost(host),
       mConsole(console),
-      mStack(static_cast<Slot*>(std::malloc(StackSlots * sizeof(Slot)))),
+      mStack(static_cast<Slot*>(std::calloc(StackSlots, sizeof(Slot)))),
       mTexts(program.Texts.size()) {
     if (!mStack) throw std::bad_alloc();
     if (host) mHostMembers = host->Members();

@@ -11,7 +11,7 @@ namespace sorbel::script {
 #define SORBEL_OPCODES(X) \
     X(LoadInt, "rw") X(LoadConst, "rw") X(LoadText, "rw") X(LoadNull, "r--") X(Move, "rr-") \
     X(MoveRef, "rr-") X(Take, "rr-") X(ArgRef, "rr-") X(ArgTake, "rr-") X(CopyStruct, "rr-") \
-    X(ArgStruct, "rr-") X(GetTop, "rw") X(GetTopRef, "rw") X(SetTop, "rw") X(SetTopRef, "rw") \
+    X(GetTop, "rw") X(GetTopRef, "rw") X(SetTop, "rw") X(SetTopRef, "rw") \
     X(AddI, "rrr") X(SubI, "rrr") X(MulI, "rrr") X(DivI, "rrr") X(ModI, "rrr") X(DivU, "rrr") \
     X(ModU, "rrr") X(AndI, "rrr") X(OrI, "rrr") X(XorI, "rrr") X(AddK, "rri") X(NegI, "rr-") \
     X(NotI, "rr-") X(NotB, "rr-") X(AddF, "rrr") X(SubF, "rrr") X(MulF, "rrr") X(DivF, "rrr") \
@@ -24,7 +24,7 @@ namespace sorbel::script {
     X(JLtU, "rrj") X(JLeU, "rrj") X(JEqF, "rrj") X(JNeF, "rrj") X(JLtF, "rrj") X(JLeF, "rrj") \
     X(JNotLtF, "rrj") X(JNotLeF, "rrj") X(JEqS, "rrj") X(JNeS, "rrj") X(JLtS, "rrj") X(JLeS, "rrj") \
     X(JEqK, "rij") X(JNeK, "rij") X(JLtK, "rij") X(JLeK, "rij") X(JGtK, "rij") X(JGeK, "rij") \
-    X(ForUp, "rrj") X(ForDown, "rrj") X(Call, "rw") X(CallVirtual, "ri-") X(CallInterface, "ri-") \
+    X(ForUp, "rrj") X(ForDown, "rrj") X(ForStep, "rrr") X(Call, "rw") X(CallVirtual, "ri-") X(CallInterface, "ri-") \
     X(CallDelegate, "rr-") X(CallNative, "rw") X(CallNativeRef, "rw") X(CallHost, "rw") \
     X(CallHostRef, "rw") X(TakeOut, "rr-") X(Return, "---") X(ReturnValue, "r--") X(ReturnTake, "r--") \
     X(New, "rw") X(GetField, "rri") X(GetFieldRef, "rri") X(GetFieldStruct, "rri") X(SetField, "rri") \
