@@ -44,6 +44,7 @@ void MainWindow::UpdateProxyIcon() {
 void MainWindow::UpdateLanguage() {
     const String language = LocalizationSupport::ISOCodeToLangauge(StringSet->Language);
     TranslationText.SetText(language.empty() ? "&Translation:" : language + " &Translation:");
+    LocalizedValueField.SetSpellingLanguage(StringSet->Language);
 }
 
 void MainWindow::BringDirtyInStep() {

@@ -1,5 +1,6 @@
 #include "qt/ControlView.h"
 
+#include <QPainter>
 #include <QSignalBlocker>
 #include <algorithm>
 
@@ -67,6 +68,12 @@ void ControlView::Flush() {
     if (!mControl.AccessibleName().empty() && mWidget.accessibleName().isEmpty())
         mWidget.setAccessibleName(ToQt(mControl.AccessibleName()));
     Show(changed);
+}
+
+void DrawFocusFrame(QPainter& painter, const QWidget& widget) {
+    painter.setPen(widget.palette().color(QPalette::Highlight));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(widget.rect().adjusted(0, 0, -1, -1));
 }
 
 void SetTextColor(QWidget& widget, QPalette::ColorRole role, const QColor& color) {

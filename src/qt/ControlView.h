@@ -57,6 +57,9 @@ class ControlView : public View {
 /// A view that fits the control's kind.
 [[nodiscard]] std::unique_ptr<ControlView> MakeControlView(Control& control, QtWindow& window);
 
+/// Shows that a control has the focus whose own look does not tell.
+void DrawFocusFrame(QPainter& painter, const QWidget& widget);
+
 /// Gives a widget one colour for its text, other than when it is disabled.
 void SetTextColor(QWidget& widget, QPalette::ColorRole role, const QColor& color);
 

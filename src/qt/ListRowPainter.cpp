@@ -68,7 +68,7 @@ void ListRowPainter::Paint(QPainter& painter, int row, const QRect& place) const
     int textLeft = TriangleLeft + Indent + mList.Depth(row) * Indent;
     QtGraphics g(painter, cell);
     if (const auto picture = mList.RowPicture(row)) {
-        g.DrawPicture(*picture, textLeft, 0);
+        g.DrawTinted(*picture, textLeft, 0, mTheme.Present(picture->Tint));  // kept from earlier
         textLeft += IconSize + Gap;
     }
     if (!mList.PaintCell(g, row, textLeft, 0))

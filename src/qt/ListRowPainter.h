@@ -7,11 +7,13 @@ namespace sorbel {
 class Listbox;
 class ListView;
 class QtGraphics;
+class QtTheme;
 
 /// Draws a row of a list: background, triangle of a folder, picture, and what the list's owner decides.
 class ListRowPainter {
   public:
-    ListRowPainter(Listbox& list, const ListView& view) : mList(list), mView(view) {}
+    ListRowPainter(Listbox& list, const ListView& view, const QtTheme& theme)
+        : mList(list), mView(view), mTheme(theme) {}
 
     void Paint(QPainter& painter, int row, const QRect& place) const;
     /// Where a click opens or closes a folder.
@@ -23,6 +25,7 @@ class ListRowPainter {
 
     Listbox& mList;
     const ListView& mView;
+    const QtTheme& mTheme;
 };
 
 }  // namespace sorbel

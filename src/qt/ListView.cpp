@@ -1,10 +1,12 @@
 #include "qt/ListView.h"
 
+#include <QAccessible>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
 
+#include "qt/ListReader.h"
 #include "qt/ListRowPainter.h"
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
@@ -31,6 +33,7 @@ QVariant ListRows::data(const QModelIndex& index, int role) const {
 
 ListView::ListView(Listbox& list, QtWindow& window)
     : QListView(&window.Content()), mList(list), mWindow(window) {
+    ReadListsByRow();
     setUniformItemSizes(true);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
@@ -97,15 +100,13 @@ QRegion ListView::visualRegionForSelection(const QItemSelection& selection) cons
 void ListView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.setFont(font());
-    const ListRowPainter rows(mList, *this);
+    const ListRowPainter rows(mList, *this, mWindow.Theme());
     const int top = verticalScrollBar()->value();
     const int first = top + event->rect().top() / RowHeight();
     const int last = std::min(RowCount() - 1, top + event->rect().bottom() / RowHeight());
     for (int row = first; row <= last; ++row)
         mWindow.Guard([&] { rows.Paint(painter, row, RowRect(row)); });
-    if (!hasFocus() || mList.ListIndex() >= 0) return;
-    painter.setPen(palette().color(QPalette::Highlight));  // no selected row shows where the focus is
-    painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    if (hasFocus()) DrawFocusFrame(painter, *viewport());  // the selected row may be out of sight
 }
 
 void ListView::mousePressEvent(QMouseEvent* event) {
@@ -115,7 +116,7 @@ void ListView::mousePressEvent(QMouseEvent* event) {
     if (!index.isValid()) return mList.UserClick(-1, at.x(), at.y());
     const int row = index.row();
     if (mList.IsFolder(row) && ListRowPainter::TriangleRect(RowRect(row)).contains(at))
-        return mList.UserExpand(row, !mList.Expanded(row));
+        return OpenRow(row, !mList.Expanded(row));
     mList.UserClick(row, at.x(), at.y() - RowRect(row).top());
 }
 
@@ -162,7 +163,7 @@ bool ListView::OpenOrClose(int key) {
     int64_t row = mList.ListIndex();
     if ((!open && !close) || row < 0) return false;
     if (mList.IsFolder(row)) {
-        if (mList.Expanded(row) != open) mList.UserExpand(row, open);
+        if (mList.Expanded(row) != open) OpenRow(static_cast<int>(row), open);
     } else if (close && mList.Depth(row) > 0) {
         while (mList.Depth(row) > 0)
             --row;
@@ -171,9 +172,41 @@ bool ListView::OpenOrClose(int key) {
     return true;
 }
 
+void ListView::OpenRow(int row, bool open) {
+    mList.UserExpand(row, open);
+    QAccessible::State changed;
+    changed.expanded = changed.collapsed = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    event.setChild(row);
+    QAccessible::updateAccessibility(&event);
+}
+
+/// To assistive technology it is the selected row that has the focus.
+void ListView::TellFocusedRow() {
+    if (!hasFocus() || !currentIndex().isValid()) return;
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(currentIndex().row());
+    QAccessible::updateAccessibility(&event);
+}
+
+/// Past the toolkit's own list, which finds a row's number through the layout that it does not have here.
+void ListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QAbstractItemView::currentChanged(current, previous);  // NOLINT(bugprone-parent-virtual-call)
+    TellFocusedRow();
+}
+
+void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    QAbstractItemView::selectionChanged(selected, deselected);  // NOLINT(bugprone-parent-virtual-call)
+    if (selected.isEmpty()) return;
+    QAccessibleEvent event(this, QAccessible::Selection);
+    event.setChild(selected.first().top());
+    QAccessible::updateAccessibility(&event);
+}
+
 void ListView::focusInEvent(QFocusEvent* event) {
     QListView::focusInEvent(event);
     viewport()->update();
+    TellFocusedRow();
 }
 
 void ListView::focusOutEvent(QFocusEvent* event) {

@@ -30,11 +30,15 @@ class ListView : public QListView {
   public:
     ListView(Listbox& list, QtWindow& window);
 
+    [[nodiscard]] Listbox& Model() const { return mList; }
     [[nodiscard]] int RowHeight() const;
     /// Rows that are there now and also in the list, which may already be ahead.
     [[nodiscard]] int RowCount() const;
     [[nodiscard]] QRect RowRect(int row) const;
     [[nodiscard]] int RowsPerPage() const { return std::max(1, viewport()->height() / RowHeight()); }
+
+    /// Opens or closes a folder for the user.
+    void OpenRow(int row, bool open);
 
     // The geometry of a view whose rows have one height.
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override { return RowRect(index.row()); }
@@ -60,10 +64,13 @@ class ListView : public QListView {
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
   private:
     bool MoveBy(int key);
     bool OpenOrClose(int key);
+    void TellFocusedRow();
 
     Listbox& mList;
     QtWindow& mWindow;

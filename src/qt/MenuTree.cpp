@@ -43,9 +43,10 @@ QAction::MenuRole RoleOf(const MenuItem& item) {
 }
 
 void Describe(QAction& action, const MenuItem& item) {
-    action.setText(ToQt(item.Text()).replace(u'\t', u' '));  // a tab would start the column of keys
     action.setVisible(item.Visible);
-    if (action.menu() || action.isSeparator()) return;
+    if (action.isSeparator()) return;                        // one with a text would be a heading
+    action.setText(ToQt(item.Text()).replace(u'\t', u' '));  // a tab would start the column of keys
+    if (action.menu()) return;
     action.setShortcuts(KeysOf(item));
     action.setCheckable(item.Checked);
     action.setChecked(item.Checked);

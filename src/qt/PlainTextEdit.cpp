@@ -1,11 +1,27 @@
 #include "qt/PlainTextEdit.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QContextMenuEvent>
 #include <QMimeData>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <algorithm>
+#include <array>
 
 #include "qt/QtWindow.h"
+#include "qt/SpellHighlighter.h"
 
 namespace sorbel {
+
+namespace {
+
+constexpr double LineBreakWidth = 12;
+
+/// An arrow down and back, to be drawn behind the end of a line that runs to the right.
+constexpr std::array<QPointF, 7> LineBreak = {{{11, -4}, {11, 1}, {4, 1}, {7, -2}, {4, 1}, {7, 4}, {4, 1}}};
+
+}  // namespace
 
 PlainTextEdit::PlainTextEdit(QtWindow& window) : QTextEdit(&window.Content()), mWindow(window) {
     setAcceptRichText(false);
@@ -45,7 +61,49 @@ void PlainTextEdit::keyPressEvent(QKeyEvent* event) {
 }
 
 void PlainTextEdit::contextMenuEvent(QContextMenuEvent* event) {
-    mWindow.PopUpEditMenu(event->globalPos());
+    const bool mouse = event->reason() == QContextMenuEvent::Mouse;
+    const QTextCursor at = mouse ? cursorForPosition(event->pos()) : textCursor();
+    mWindow.PopUpEditMenu(event->globalPos(), SuggestionsAt(at.position()));
+}
+
+MenuChoices PlainTextEdit::SuggestionsAt(int position) {
+    const auto word = mSpelling && !isReadOnly() ? mSpelling->MarkedWord(position) : std::nullopt;
+    if (!word) return {};
+    MenuChoices choices;
+    for (const QString& suggestion : mSpelling->Suggestions(*word))
+        choices.emplace_back(suggestion,
+                             [word = *word, suggestion]() mutable { word.insertText(suggestion); });
+    if (choices.empty()) choices.emplace_back(QStringLiteral("No Suggestions"), nullptr);
+    return choices;
+}
+
+void PlainTextEdit::paintEvent(QPaintEvent* event) {
+    QTextEdit::paintEvent(event);
+    QPainter painter(viewport());
+    if (hasFocus()) DrawFocusFrame(painter, *viewport());  // a text for reading only may show no cursor
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    QTextBlock block = cursorForPosition({0, 0}).block();
+    for (; block.next().isValid() && PaintLineBreak(painter, block); block = block.next()) {
+    }
+}
+
+/// Marks the line break behind a block, which would look like those of the layout. False: below what is seen.
+bool PlainTextEdit::PaintLineBreak(QPainter& painter, const QTextBlock& block) const {
+    const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const QPointF origin = document()->documentLayout()->blockBoundingRect(block).topLeft() - scrolled;
+    const QTextLine line = block.layout()->lineAt(block.layout()->lineCount() - 1);
+    if (origin.y() > viewport()->height() || !line.isValid()) return false;
+    const bool leftward = block.textDirection() == Qt::RightToLeft;
+    const double end = origin.x() + line.cursorToX(block.length() - 1);
+    painter.save();
+    painter.translate(
+        leftward ? std::max(end, LineBreakWidth) : std::min(end, viewport()->width() - LineBreakWidth),
+        origin.y() + line.y() + line.height() / 2);
+    if (leftward) painter.scale(-1, 1);
+    painter.drawPolyline(LineBreak.data(), static_cast<int>(LineBreak.size()));
+    painter.restore();
+    return true;
 }
 
 }  // namespace sorbel

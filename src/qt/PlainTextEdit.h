@@ -2,14 +2,20 @@
 
 #include <QTextEdit>
 
+#include "qt/QtMenus.h"
+
 namespace sorbel {
 
 class QtWindow;
+class SpellHighlighter;
 
 /// A text field of several lines that takes and gives plain text only and keeps no undo of its own.
 class PlainTextEdit : public QTextEdit {
   public:
     explicit PlainTextEdit(QtWindow& window);
+
+    /// Offers suggestions for the words that it marks.
+    void SetSpelling(SpellHighlighter& spelling) { mSpelling = &spelling; }
 
   protected:
     bool canInsertFromMimeData(const QMimeData* source) const override;
@@ -17,9 +23,14 @@ class PlainTextEdit : public QTextEdit {
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
   private:
+    [[nodiscard]] MenuChoices SuggestionsAt(int position);
+    bool PaintLineBreak(QPainter& painter, const QTextBlock& block) const;
+
     QtWindow& mWindow;
+    SpellHighlighter* mSpelling = nullptr;
 };
 
 }  // namespace sorbel

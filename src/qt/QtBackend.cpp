@@ -5,6 +5,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileOpenEvent>
+#include <QSessionManager>
 #include <QUrl>
 
 #include "platform/Exceptions.h"
@@ -34,6 +35,8 @@ class QtBackend::Waiting {
 QtBackend::QtBackend() {
     QApplication::setQuitOnLastWindowClosed(false);
     qApp->installEventFilter(this);
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &QtBackend::AskBeforeLogout,
+            Qt::DirectConnection);
 }
 
 QtBackend::~QtBackend() {
@@ -63,15 +66,23 @@ void QtBackend::WindowClosed(Window& window) {
     EndIfDone();
 }
 
-/// A program without a window has no menu bar here and nothing that could bring it back, so it ends. Asked
-/// later, since a window that goes may be about to be replaced by another.
+/// Without a window there is no menu bar here. A program that nothing could bring back then, or that was told
+/// to quit, ends. Asked later, since a window that goes may be about to be replaced by another.
 void QtBackend::EndIfDone() {
     QMetaObject::invokeMethod(
         this,
         [this] {
-            if (mWindows.empty() && mDialogs == 0) QCoreApplication::quit();
+            if (!mWindows.empty() || mDialogs > 0) return;
+            if (!StaysWithoutWindows || (mApp && mApp->Ended())) QCoreApplication::quit();
         },
         Qt::QueuedConnection);
+}
+
+void QtBackend::AskBeforeLogout(QSessionManager& session) {
+    if (!mApp || !session.allowsInteraction()) return;
+    const bool ended = mApp->Quit();
+    session.release();
+    if (!ended) session.cancel();
 }
 
 void QtBackend::RunModal(Window& window) {

@@ -6,6 +6,8 @@
 #include "qt/QtTheme.h"
 #include "ui/toolkit/Application.h"
 
+class QSessionManager;
+
 namespace sorbel {
 
 class QtWindow;
@@ -18,6 +20,8 @@ class QtBackend : public QObject, public Backend {
 
     /// The program whose desktop this is; called once, before any window. It must outlive the event loop.
     void Serve(Application& app) { mApp = &app; }
+    /// The program goes on when its last window is closed, since it can be asked for a window again.
+    bool StaysWithoutWindows = false;
     /// What is on the screen for a window, or null.
     [[nodiscard]] QtWindow* ViewOf(const Window* window) const;
 
@@ -47,6 +51,7 @@ class QtBackend : public QObject, public Backend {
     [[nodiscard]] QWidget* ParentFor(Window* within) const;
     void AppearanceChanged();
     void EndIfDone();
+    void AskBeforeLogout(QSessionManager& session);
 
     Application* mApp = nullptr;
     QtTheme mTheme;

@@ -1,8 +1,10 @@
 #include "qt/QtCanvas.h"
 
+#include <QAccessibleWidget>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyleOptionFocusRect>
+#include <QPointer>
+#include <QShortcut>
 
 #include "qt/QtGraphics.h"
 #include "qt/QtWindow.h"
@@ -11,6 +13,8 @@ namespace sorbel {
 
 namespace {
 
+constexpr int KeyStep = 10;  // pixels that a key moves a splitter
+
 class CanvasWidget : public QWidget {
   public:
     CanvasWidget(Canvas& control, QtWindow& window)
@@ -18,6 +22,15 @@ class CanvasWidget : public QWidget {
         if (IsButton()) setFocusPolicy(Qt::TabFocus);
         if (control.Cursor() == MouseCursor::SplitterEastWest) setCursor(Qt::SplitHCursor);
         if (control.Cursor() == MouseCursor::SplitterNorthSouth) setCursor(Qt::SplitVCursor);
+        if (IsSplitter()) LetKeysReach();
+    }
+
+    /// A press on it does something; a splitter, which has a cursor of its own, is for dragging.
+    [[nodiscard]] bool IsButton() const { return mControl.MouseDown && !IsSplitter(); }
+    [[nodiscard]] bool IsSplitter() const { return mControl.Cursor() != MouseCursor::Standard; }
+    void Press() {
+        mControl.UserMouseDown(width() / 2, height() / 2);
+        mControl.UserMouseUp(width() / 2, height() / 2);
     }
 
   protected:
@@ -47,16 +60,43 @@ class CanvasWidget : public QWidget {
         mControl.UserMouseUp(at.x(), at.y());
     }
     void keyPressEvent(QKeyEvent* event) override {
-        if (!IsButton() || (event->key() != Qt::Key_Space && event->key() != Qt::Key_Return))
-            return QWidget::keyPressEvent(event);
-        mControl.UserMouseDown(width() / 2, height() / 2);
-        mControl.UserMouseUp(width() / 2, height() / 2);
+        const int key = event->key();
+        if (IsButton() && (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter))
+            Press();
+        else if (!IsSplitter() || !(DragBy(key) || GoBack(key)))
+            QWidget::keyPressEvent(event);
     }
 
   private:
-    /// A press on it does something; a splitter, which has a cursor of its own, is for dragging.
-    [[nodiscard]] bool IsButton() const {
-        return mControl.MouseDown && mControl.Cursor() == MouseCursor::Standard;
+    /// Splitters are no stops on the way from field to field; F8 leads from one to the next.
+    void LetKeysReach() {
+        auto* shortcut = new QShortcut(Qt::Key_F8, this);
+        const auto reached = [this] {
+            auto* const other = dynamic_cast<CanvasWidget*>(window()->focusWidget());
+            mBefore = other && other->IsSplitter() ? other->mBefore.data() : window()->focusWidget();
+            setFocus(Qt::ShortcutFocusReason);
+        };
+        connect(shortcut, &QShortcut::activated, this, reached);
+        connect(shortcut, &QShortcut::activatedAmbiguously, this, reached);
+    }
+
+    bool DragBy(int key) {
+        const bool sideways = mControl.Cursor() == MouseCursor::SplitterEastWest;
+        const int forth = sideways ? Qt::Key_Right : Qt::Key_Down;
+        const int back = sideways ? Qt::Key_Left : Qt::Key_Up;
+        if (key != forth && key != back) return false;
+        const int step = key == forth ? KeyStep : -KeyStep;
+        if (!mControl.UserMouseDown(0, 0)) return true;
+        mControl.UserMouseDrag(sideways ? step : 0, sideways ? 0 : step);
+        mControl.UserMouseUp(0, 0);
+        return true;
+    }
+
+    bool GoBack(int key) {
+        if (!mBefore || (key != Qt::Key_Escape && key != Qt::Key_Return && key != Qt::Key_Enter))
+            return false;
+        mBefore->setFocus(Qt::ShortcutFocusReason);
+        return true;
     }
 
     /// In the control's own coordinates. A drag may have moved the control further than the widget, which
@@ -68,13 +108,49 @@ class CanvasWidget : public QWidget {
 
     Canvas& mControl;
     QtWindow& mWindow;
+    QPointer<QWidget> mBefore;  ///< where the focus was before the keys came here
     bool mDragging = false;
 };
+
+/// What a drawn control is to assistive technology.
+class CanvasReader : public QAccessibleWidget {
+  public:
+    explicit CanvasReader(CanvasWidget& canvas)
+        : QAccessibleWidget(&canvas, canvas.IsSplitter() ? QAccessible::Splitter
+                                     : canvas.IsButton() ? QAccessible::ButtonMenu
+                                                         : QAccessible::Graphic),
+          mCanvas(canvas) {}
+
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        const QString text = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && text.isEmpty() && mCanvas.IsSplitter() ? u"Splitter"_qs : text;
+    }
+    [[nodiscard]] QStringList actionNames() const override {
+        QStringList names = QAccessibleWidget::actionNames();
+        if (mCanvas.IsButton()) names += pressAction();
+        return names;
+    }
+    void doAction(const QString& name) override {
+        if (name != pressAction()) return QAccessibleWidget::doAction(name);
+        if (mCanvas.IsButton()) mCanvas.Press();
+    }
+
+  private:
+    CanvasWidget& mCanvas;
+};
+
+QAccessibleInterface* MakeReader(const QString& /*className*/, QObject* object) {
+    auto* canvas = dynamic_cast<CanvasWidget*>(object);
+    return canvas ? new CanvasReader(*canvas) : nullptr;
+}
 
 }  // namespace
 
 QtCanvas::QtCanvas(Canvas& control, QtWindow& window)
-    : ControlView(control, window, *new CanvasWidget(control, window)) {}
+    : ControlView(control, window, *new CanvasWidget(control, window)) {
+    static const bool read = (QAccessible::installFactory(&MakeReader), true);
+    (void)read;
+}
 
 void QtCanvas::Show(Aspects changed) {
     if (changed.Has(Aspect::Cells) || changed.Has(Aspect::Style)) Widget().update();

@@ -1,5 +1,6 @@
 #include "qt/QtDialogs.h"
 
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPointer>
@@ -42,6 +43,22 @@ QString Patterns(const FileType& type) {
         patterns += u'*' + extension;
     return patterns.join(u' ');
 }
+
+/// A message that can be dismissed also where no button stands for that.
+class MessageBox : public QMessageBox {
+  public:
+    using QMessageBox::QMessageBox;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!escapeButton() && event->matches(QKeySequence::Cancel)) return reject();
+        QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override {
+        if (escapeButton()) return QMessageBox::closeEvent(event);
+        QDialog::closeEvent(event);  // NOLINT(bugprone-parent-virtual-call)
+    }
+};
 
 /// A file dialog in which a folder that has the extension of a type asked for, such as an application, can be
 /// chosen like a file.
@@ -100,7 +117,7 @@ void RunMessage(StringView text, QWidget* parent) {
 }
 
 const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet) {
-    auto* box = new QMessageBox(parent);
+    auto* box = new MessageBox(parent);
     box->setTextFormat(Qt::PlainText);
     box->setText(ToQt(dialog.Message));
     box->setInformativeText(ToQt(dialog.Explanation));
@@ -118,7 +135,7 @@ const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* pare
         if (button->Default) box->setDefaultButton(shown);
         if (button->Cancel) box->setEscapeButton(shown);
     }
-    const QPointer<QMessageBox> done = Run(box, sheet);
+    const QPointer<MessageBox> done = Run(box, sheet);
     if (!done) return nullptr;
     for (size_t index = 0; index < roles.size(); ++index)
         if (buttons[index] && buttons[index] == done->clickedButton()) return roles[index].first;

@@ -24,16 +24,23 @@ QPixmap ToPixmap(const Picture& pixels) {
                                      4 * pixels.Width(), QImage::Format_RGBA8888));
 }
 
+void Recolour(QPixmap& pixmap, Color tint) {
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), ToQColor(tint));
+}
+
 /// Icons are tinted anew at every paint, so what has been made of one is kept by its name and tint.
-QPixmap KeptPixmap(const Picture& picture, double scale) {
+QPixmap KeptPixmap(const Picture& picture, double scale, Color wanted) {
     const Picture& pixels = Representation(picture, scale);
     if (picture.IconName.empty()) return ToPixmap(pixels);
-    const QString tint = picture.Tinted ? QString::number(picture.Tint.Value, 16) : QStringLiteral("-");
+    const QString tint = picture.Tinted ? QString::number(wanted.Value, 16) : QStringLiteral("-");
     const QString key =
         QStringLiteral("icon %1 %2 %3").arg(tint).arg(pixels.Width()).arg(ToQt(picture.IconName));
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
         pixmap = ToPixmap(pixels);
+        if (picture.Tinted && wanted.Value != picture.Tint.Value) Recolour(pixmap, wanted);
         QPixmapCache::insert(key, pixmap);
     }
     return pixmap;
@@ -59,8 +66,12 @@ double QtGraphics::StringWidth(StringView text) const {
 }
 
 void QtGraphics::DrawPicture(const Picture& picture, int x, int y) {
+    DrawTinted(picture, x, y, picture.Tint);
+}
+
+void QtGraphics::DrawTinted(const Picture& picture, int x, int y, Color tint) {
     const double scale = mPainter.device()->devicePixelRatioF();
-    const QPixmap pixmap = KeptPixmap(picture, scale);
+    const QPixmap pixmap = KeptPixmap(picture, scale, tint);
     if (pixmap.isNull()) return;
     mPainter.setRenderHint(QPainter::SmoothPixmapTransform);
     mPainter.drawPixmap(QRect(x, y, picture.Width(), picture.Height()), pixmap);

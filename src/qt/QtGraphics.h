@@ -20,6 +20,8 @@ class QtGraphics : public Graphics {
     [[nodiscard]] int Height() const override { return mArea.height(); }
     [[nodiscard]] double StringWidth(StringView text) const override;
     void DrawPicture(const Picture& picture, int x, int y) override;
+    /// A tinted picture, in a tint that may not be its own.
+    void DrawTinted(const Picture& picture, int x, int y, Color tint);
     void DrawLine(int x1, int y1, int x2, int y2) override;
     void DrawRect(int x, int y, int width, int height) override;
     void FillRect(int x, int y, int width, int height) override;

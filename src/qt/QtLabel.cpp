@@ -87,10 +87,24 @@ class QtLabel : public ControlView {
     QShortcut& mShortcut;
 };
 
+/// Looks like a label, but the focus can be on it.
+class SelectableText : public QLineEdit {
+  public:
+    using QLineEdit::QLineEdit;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        QLineEdit::paintEvent(event);
+        if (!hasFocus()) return;
+        QPainter painter(this);
+        DrawFocusFrame(painter, *this);
+    }
+};
+
 class QtSelectableLabel : public ControlView {
   public:
     QtSelectableLabel(Label& control, QtWindow& window)
-        : ControlView(control, window, *new QLineEdit(&window.Content())),
+        : ControlView(control, window, *new SelectableText(&window.Content())),
           mControl(control),
           mEdit(static_cast<QLineEdit&>(Widget())) {
         mEdit.setReadOnly(true);

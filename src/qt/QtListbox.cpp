@@ -15,11 +15,6 @@ QtListbox::QtListbox(Listbox& control, QtWindow& window)
     QObject::connect(mView.verticalScrollBar(), &QScrollBar::valueChanged, [this](int row) {
         if (!mTelling) mControl.UserScroll(row);
     });
-    // Keys and clicks do not come this way; assistive technology does.
-    QObject::connect(mView.selectionModel(), &QItemSelectionModel::selectionChanged,
-                     [this](const QItemSelection& selected) {
-                         if (!mTelling && !selected.isEmpty()) mControl.UserSelect(selected.first().top());
-                     });
 }
 
 /// Rebuilt rows stay where the list says; a selection that moved to another row brings it into view.

@@ -47,13 +47,31 @@ bool QtMenus::Owns(const QKeyEvent& keys) const {
     return owns(owns, mBar);
 }
 
-MenuItem* RunPopUp(MenuItem& menu, const QPoint& at, QWidget* parent) {
+namespace {
+
+void AddAbove(QMenu& menu, const MenuChoices& choices, std::function<void()>& chosen) {
+    if (choices.empty()) return;
+    QAction* const below = menu.insertSeparator(menu.actions().value(0));
+    for (const auto& [text, act] : choices) {
+        auto* action = new QAction(QString(text).replace(u"&"_qs, u"&&"_qs), &menu);
+        action->setEnabled(static_cast<bool>(act));
+        QObject::connect(action, &QAction::triggered, [&chosen, act = act] { chosen = act; });
+        menu.insertAction(below, action);
+    }
+}
+
+}  // namespace
+
+MenuItem* RunPopUp(MenuItem& menu, const QPoint& at, QWidget* parent, const MenuChoices& above) {
     MenuItem* chosen = nullptr;
     MenuTree tree([&menu] { return &menu; }, [&chosen](MenuItem& item) { chosen = &item; });
     QMenu popUp(parent);
     tree.Update(popUp);
     tree.ShowEnabled(popUp, true);
+    std::function<void()> choice;
+    AddAbove(popUp, above, choice);
     popUp.exec(at);
+    if (choice) choice();
     return chosen;
 }
 

@@ -3,6 +3,7 @@
 #include <QKeySequence>
 #include <QMenuBar>
 #include <functional>
+#include <vector>
 
 #include "ui/toolkit/MenuItem.h"
 
@@ -59,7 +60,12 @@ class QtMenus {
     MenuTree mTree;
 };
 
-/// A menu at a point of the screen. Null if nothing was chosen.
-[[nodiscard]] MenuItem* RunPopUp(MenuItem& menu, const QPoint& at, QWidget* parent);
+/// Choices that the program's menus know nothing of, and what each does; one that does nothing is disabled.
+using MenuChoices = std::vector<std::pair<QString, std::function<void()>>>;
+
+/// A menu at a point of the screen. Null if nothing was chosen, or one of the choices above its items, which
+/// has been carried out then.
+[[nodiscard]] MenuItem* RunPopUp(MenuItem& menu, const QPoint& at, QWidget* parent,
+                                 const MenuChoices& above = {});
 
 }  // namespace sorbel

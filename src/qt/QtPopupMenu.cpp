@@ -9,6 +9,8 @@ QtPopupMenu::QtPopupMenu(PopupMenu& control, QtWindow& window)
     : ControlView(control, window, *new QComboBox(&window.Content())),
       mControl(control),
       mBox(static_cast<QComboBox&>(Widget())) {
+    mBox.setAccessibleDescription(
+        ToQt(control.AccessibleName()));  // the toolkit reads the choice as the name
     QObject::connect(&mBox, &QComboBox::activated, [this](int row) {
         mControl.UserChoose(row);
         Changed(Aspect::Selection);  // the box moved by itself; the control decides

@@ -5,6 +5,7 @@
 
 #include "qt/PlainTextEdit.h"
 #include "qt/QtWindow.h"
+#include "qt/SpellHighlighter.h"
 #include "qt/Text.h"
 #include "qt/TextSplice.h"
 
@@ -19,7 +20,12 @@ QtTextArea::QtTextArea(TextArea& control, QtWindow& window)
     if (control.ReadOnly)
         mEdit.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QObject::connect(&mEdit, &QTextEdit::textChanged, [this] { TakeEdit(); });
+    if (!control.SpellChecking) return;
+    mSpelling = std::make_unique<SpellHighlighter>(*mEdit.document());
+    static_cast<PlainTextEdit&>(mEdit).SetSpelling(*mSpelling);
 }
+
+QtTextArea::~QtTextArea() = default;
 
 /// `toPlainText` would turn no-break spaces into plain ones.
 QString QtTextArea::ShownText() const {
@@ -36,6 +42,7 @@ void QtTextArea::Show(Aspects changed) {
     if (changed.Has(Aspect::Style))
         SetTextColor(mEdit, QPalette::Text, Owner().Theme().Shown(mControl.TextColor()));
     if (changed.Has(Aspect::Text)) ShowText();
+    if (mSpelling) mSpelling->SetLanguage(ToQt(mControl.SpellingLanguage()));
     if (mControl.StyledText && (changed.Has(Aspect::Text) || changed.Has(Aspect::Style))) ShowRuns();
 }
 

@@ -7,9 +7,12 @@ class QTextEdit;
 
 namespace sorbel {
 
+class SpellHighlighter;
+
 class QtTextArea : public ControlView {
   public:
     QtTextArea(TextArea& control, QtWindow& window);
+    ~QtTextArea() override;
 
     [[nodiscard]] bool YieldsMenuKeys() const override { return true; }
     void Edit(EditCommand command) override;
@@ -26,6 +29,7 @@ class QtTextArea : public ControlView {
 
     TextArea& mControl;
     QTextEdit& mEdit;
+    std::unique_ptr<SpellHighlighter> mSpelling;
 };
 
 }  // namespace sorbel

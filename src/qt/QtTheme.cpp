@@ -90,9 +90,9 @@ std::optional<Color> QtTheme::Named(StringView name) {
     return std::nullopt;
 }
 
-QColor QtTheme::Shown(Color color) const {
+Color QtTheme::Present(Color color) const {
     const auto told = mTold.find(color.Value);
-    return ToQColor(told == mTold.end() ? color : System(told->second));
+    return told == mTold.end() ? color : System(told->second);
 }
 
 }  // namespace sorbel

@@ -21,7 +21,8 @@ class QtTheme {
 
     /// How a colour kept by a control is shown now: one that the theme told under an earlier appearance is
     /// the same colour of the present one, and so is a control's first colour, which is that of text.
-    [[nodiscard]] QColor Shown(Color color) const;
+    [[nodiscard]] Color Present(Color color) const;
+    [[nodiscard]] QColor Shown(Color color) const { return ToQColor(Present(color)); }
 
   private:
     mutable std::map<uint32_t, SystemColor> mTold{{0, SystemColor::Text}};

@@ -6,7 +6,6 @@
 #include <QWindow>
 #include <algorithm>
 
-#include "qt/QtMenus.h"
 #include "qt/Text.h"
 #include "ui/toolkit/Application.h"
 
@@ -180,12 +179,12 @@ void QtWindow::AppearanceChanged() {
     }
 }
 
-void QtWindow::PopUpEditMenu(const QPoint& at) {
+void QtWindow::PopUpEditMenu(const QPoint& at, const MenuChoices& above) {
     Application& app = mModel->App();
     MenuItem* edit = mModel->MenuBar() ? mModel->MenuBar()->FindByName("EditMenu") : nullptr;
     if (!edit) return;
     app.Perform([&app] { app.EnableMenuItems(); });
-    if (MenuItem* chosen = RunPopUp(*edit, at, this)) app.Choose(*chosen);
+    if (MenuItem* chosen = RunPopUp(*edit, at, this, above)) app.Choose(*chosen);
     MenusChanged();
 }
 

@@ -6,12 +6,11 @@
 #include <vector>
 
 #include "qt/ControlView.h"
+#include "qt/QtMenus.h"
 #include "qt/QtTheme.h"
 #include "ui/toolkit/Window.h"
 
 namespace sorbel {
-
-class QtMenus;
 
 /// Shows one window. Whatever changes in it or its controls is shown in one flush, once the program has gone
 /// back to the event loop, or right before the next key or click.
@@ -42,8 +41,8 @@ class QtWindow : public QMainWindow, public View {
 
     void MenusChanged();
     void AppearanceChanged();
-    /// The Edit menu as the menu of a text field.
-    void PopUpEditMenu(const QPoint& at);
+    /// The Edit menu as the menu of a text field, below choices of the field's own.
+    void PopUpEditMenu(const QPoint& at, const MenuChoices& above = {});
     void ContentResized();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -62,6 +61,7 @@ class QtWindow : public QMainWindow, public View {
     void SetUpFrame();
     void ShowWindow(Aspects changed);
     void ShowFocus();
+    void OpenContextMenu();
     void TakePlace();
     [[nodiscard]] ControlView* ViewOf(const QObject* widget) const;
 

@@ -1,4 +1,6 @@
 #include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QMimeData>
 
@@ -47,6 +49,15 @@ void QtWindow::changeEvent(QEvent* event) {
     if (mModel->App().FrontWindow() != mModel.get()) mModel->App().BringToFront(*mModel);
 }
 
+/// Not every platform makes of these keys what it makes of the menu key.
+void QtWindow::OpenContextMenu() {
+    QWidget* const focused = focusWidget();
+    if (!focused) return;
+    const QPoint at = focused->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, at, focused->mapToGlobal(at));
+    QCoreApplication::sendEvent(focused, &event);
+}
+
 /// The window decides. If it goes, it goes through the backend.
 void QtWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
@@ -66,6 +77,7 @@ void QtWindow::dropEvent(QDropEvent* event) {
 
 void QtWindow::keyPressEvent(QKeyEvent* event) {
     if (mRetired || IsModifier(event->key())) return QMainWindow::keyPressEvent(event);
+    if (event->keyCombination() == (Qt::SHIFT | Qt::Key_F10)) return OpenContextMenu();
     const QString text = event->text().isEmpty() ? QKeySequence(event->key()).toString() : event->text();
     mModel->UserKeyDown(FromQt(text));
 }

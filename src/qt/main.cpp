@@ -4,6 +4,7 @@
 
 #include "platform/SpecialFolder.h"
 #include "qt/QtBackend.h"
+#include "qt/SessionBus.h"
 #include "qt/Text.h"
 #include "shell/Start.h"
 
@@ -26,14 +27,15 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("Sorbel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SORBEL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.sorbel.Sorbel"));
+    const QStringList files = QCoreApplication::arguments().mid(1);
+    sorbel::SessionBus bus;
+    if (bus.HandOver(files)) return EXIT_SUCCESS;
     SetFolders();
 
     sorbel::QtBackend backend;
+    backend.StaysWithoutWindows = bus.OwnsName();
     const auto app = sorbel::MakeApplication(backend);
     backend.Serve(*app);
-    std::vector<std::shared_ptr<sorbel::FolderItem>> files;
-    for (const QString& argument : QCoreApplication::arguments().mid(1))
-        files.push_back(sorbel::FileFromQt(argument));
-    app->Start(files);
+    bus.Start(*app, files);
     return QApplication::exec();
 }

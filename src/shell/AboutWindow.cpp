@@ -10,6 +10,7 @@ AboutWindow::AboutWindow(sorbel::App& app)
       Canvas1(*this, "Canvas1", {86, 14, 128, 128}),
       StaticText1(*this, "StaticText1", {20, 162, 260, 20}) {
     Type = Kind::MovableModal;
+    Canvas1.SetAccessibleName("Sorbel");
     Canvas1.Paint = [](Graphics& g) {
         g.DrawPicture(*Icons::GetIcon("SorbelIcon"), 0, 0);
     };

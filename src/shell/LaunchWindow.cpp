@@ -30,6 +30,7 @@ LaunchWindow::LaunchWindow(sorbel::App& app)
       mOwner(app) {
     HasMinimizeButton = false;
     Centred = true;
+    Canvas1.SetAccessibleName("Sorbel");
     Canvas1.Paint = [this](Graphics& g) {
         Canvas1_Paint(g);
     };

@@ -1,8 +1,8 @@
-#include <QAccessible>
 #include <QListView>
 #include <QScrollBar>
 
 #include "Screen.h"
+#include "ui/toolkit/Picture.h"
 
 namespace sorbel {
 
@@ -135,20 +135,26 @@ TEST_F(List, PaintingAsksForNoFurtherPainting) {
     EXPECT_GT(painted, before);
 }
 
-TEST_F(List, AssistiveTechnologyReadsAndSelectsRows) {
-    Model().DescribeRow = [](int64_t row) {
-        return "text " + std::to_string(row);
-    };
-    Model().SetAccessibleName("Strings");
-    AddRows(5);
+TEST_F(List, KeptRowPicturesFollowTheAppearance) {
+    const QPalette light = QApplication::palette();
+    Picture icon(16, 16, true);
+    icon.IconName = "kept";
+    icon.Tinted = true;
+    icon.Tint = Backend.Theme(SystemColor::Text);
+    icon.Fill(icon.Tint);
+    AddRows(1);
+    Model().SetRowPicture(0, std::make_shared<Picture>(icon));
     Open();
-    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&Rows());
-    ASSERT_TRUE(list && list->tableInterface());
-    EXPECT_EQ(list->role(), QAccessible::List);
-    EXPECT_EQ(list->text(QAccessible::Name), "Strings");
-    EXPECT_EQ(list->tableInterface()->cellAt(3, 0)->text(QAccessible::Name), "text 3");
-    EXPECT_TRUE(list->tableInterface()->selectRow(3));
-    EXPECT_EQ(Model().ListIndex(), 3);
+    const auto inPicture = [this] {
+        return Rows().viewport()->grab().toImage().pixelColor(28, 9);
+    };
+    EXPECT_EQ(inPicture(), light.color(QPalette::Text));
+    QPalette dark = light;
+    dark.setColor(QPalette::Text, QColor(250, 240, 230));
+    QApplication::setPalette(dark);
+    SettlePaints();
+    EXPECT_EQ(inPicture(), QColor(250, 240, 230));
+    QApplication::setPalette(light);
 }
 
 TEST_F(List, AFailureWhilePaintingIsToldAfterwards) {

@@ -58,6 +58,7 @@ TEST_F(Menus, EnabledStateIsShownWhileAMenuIsOpen) {
     Menu(0).popup(QPoint(0, 0));
     EXPECT_FALSE(undo->isEnabled());
     EXPECT_TRUE(Menu(0).actions().at(2)->isEnabled());
+    EXPECT_EQ(Menu(0).actions().at(1)->text(), "");  // a text would make the separator a heading
     Menu(0).close();
     EXPECT_TRUE(undo->isEnabled());
 }
@@ -118,6 +119,12 @@ TEST_F(Menus, AQuestionGivesTheButton) {
             if (button->text() == "&Don't Save") button->click();
     });
     EXPECT_EQ(question.ShowModalWithin(*Small), &question.AlternateActionButton);
+
+    question.CancelButton.Visible = false;  // no button stands for Escape
+    press(Qt::Key_Escape);
+    EXPECT_EQ(question.ShowModalWithin(*Small), nullptr);
+    Answer([](QWidget& box) { box.close(); });
+    EXPECT_EQ(question.ShowModalWithin(*Small), nullptr);
 }
 
 TEST_F(Menus, ShortcutsAndFilters) {

@@ -30,6 +30,11 @@ void TextArea::SetTextColor(Color color) {
     Changed(Aspect::Style);
 }
 
+void TextArea::SetSpellingLanguage(StringView code) {
+    mSpellingLanguage = code;
+    Changed(Aspect::Style);
+}
+
 void TextArea::SetSelText(StringView text) {
     if (!text.empty()) {
         if (!mRuns.empty() && mRuns.back().Color == mSelTextColor)

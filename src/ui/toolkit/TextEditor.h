@@ -59,6 +59,10 @@ class TextArea : public TextEditor {
     /// text is its end.
     void SetSelText(StringView text);
 
+    /// The language whose words a text with `SpellChecking` is checked by, as a code such as "de".
+    [[nodiscard]] const String& SpellingLanguage() const { return mSpellingLanguage; }
+    void SetSpellingLanguage(StringView code);
+
     // Fixed at design time.
     bool StyledText = false;
     bool AllowTabs = false;
@@ -70,6 +74,7 @@ class TextArea : public TextEditor {
   private:
     Color mTextColor;
     Color mSelTextColor;
+    String mSpellingLanguage;
     std::vector<Run> mRuns;
 };
 
