@@ -10,8 +10,12 @@ for group in "$@"; do
             packages+=(g++ cmake ninja-build python3 qt6-base-dev libicu-dev libpng-dev
                 nlohmann-json3-dev libgtest-dev fonts-dejavu-core pkg-config libhunspell-dev)
             ;;
-        # One version by name: others lay the same code out differently.
-        check) packages+=(clang-format-14 gettext gnustep-base-runtime python3-polib) ;;
+        # clang-format of one version by name: others lay the same code out differently.
+        check)
+            packages+=(clang-format-14 gettext gnustep-base-runtime python3-polib
+                appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon
+                xvfb xdotool openbox imagemagick)
+            ;;
         picture) packages+=(xvfb xauth xdotool imagemagick) ;;
         *)
             echo "install_packages.sh: no group of packages named $group" >&2

@@ -1,0 +1,104 @@
+// The least that a window on a locale file costs: a bare table that asks for the rows it shows, and a line
+// that filters it. No editing, no menus, nothing shared with Sorbel.
+//
+// usage: floor_gui FILE
+#include <QAbstractTableModel>
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <QtEndian>
+#include <array>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Texts = std::array<QByteArrayView, 3>;  // identifier, default text, translation
+
+class StringTable : public QAbstractTableModel {
+  public:
+    explicit StringTable(QByteArray bytes) : mBytes(std::move(bytes)) {
+        for (qsizetype at = 8; at + 8 <= mBytes.size(); at += 8 + LengthAt(at))
+            if (mBytes.mid(at, 4) == "enty") mTexts.push_back(TextsAt(at + 8));
+        Filter({});
+    }
+
+    [[nodiscard]] int rowCount(const QModelIndex&) const override { return static_cast<int>(mShown.size()); }
+    [[nodiscard]] int columnCount(const QModelIndex&) const override { return 3; }
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+        if (role != Qt::DisplayRole) return {};
+        const Texts& texts = mTexts[mShown[static_cast<size_t>(index.row())]];
+        return QString::fromUtf8(texts[static_cast<size_t>(index.column())]);
+    }
+
+    void Filter(const QString& term) {
+        beginResetModel();
+        if (mFolded.empty() && !term.isEmpty()) FoldAll();
+        const std::string folded = term.toCaseFolded().toStdString();
+        mShown.clear();
+        for (size_t row = 0; row < mTexts.size(); ++row)
+            if (folded.empty() || Holds(row, folded)) mShown.push_back(row);
+        endResetModel();
+    }
+
+  private:
+    [[nodiscard]] qsizetype LengthAt(qsizetype chunk) const {
+        return qFromBigEndian<qint32>(mBytes.constData() + chunk + 4);
+    }
+    [[nodiscard]] Texts TextsAt(qsizetype field) const {
+        Texts texts;
+        for (QByteArrayView& text : texts) {
+            text = QByteArrayView(mBytes).sliced(field + 16, LengthAt(field + 8));
+            field += 8 + LengthAt(field);
+        }
+        return texts;
+    }
+    void FoldAll() {
+        for (const Texts& texts : mTexts) {
+            mFoldedStarts.push_back(mFolded.size());
+            for (const QByteArrayView text : texts)
+                mFolded += QString::fromUtf8(text).toCaseFolded().toStdString() + '\0';
+        }
+        mFoldedStarts.push_back(mFolded.size());
+    }
+    [[nodiscard]] bool Holds(size_t row, const std::string& term) const {
+        const size_t start = mFoldedStarts[row];
+        return memmem(mFolded.data() + start, mFoldedStarts[row + 1] - start, term.data(), term.size());
+    }
+
+    QByteArray mBytes;
+    std::vector<Texts> mTexts;
+    std::vector<size_t> mShown;
+    std::string mFolded;
+    std::vector<size_t> mFoldedStarts;
+};
+
+}  // namespace
+
+int main(int count, char** words) {
+    QApplication desktop(count, words);
+    QFile file(QFile::decodeName(count == 2 ? words[1] : ""));
+    if (!file.open(QIODevice::ReadOnly)) qFatal("usage: floor_gui FILE");
+    StringTable strings(file.readAll());
+
+    QWidget window;
+    QVBoxLayout layout(&window);
+    QLineEdit term;
+    QTableView table;
+    table.verticalHeader()->setDefaultSectionSize(20);
+    table.setModel(&strings);
+    layout.addWidget(&term);
+    layout.addWidget(&table);
+    term.setFocus();
+    QObject::connect(&term, &QLineEdit::textChanged, &strings,
+                     [&strings](const QString& text) { strings.Filter(text); });
+    window.setWindowTitle(QFileInfo(file).fileName());
+    window.resize(640, 480);
+    window.show();
+    return QApplication::exec();
+}

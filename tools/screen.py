@@ -1,0 +1,100 @@
+"""A virtual screen with a window manager, and the program on it under real keys and mouse clicks."""
+import os
+import pathlib
+import subprocess
+import tempfile
+import time
+
+PATIENCE = 30  # seconds until something that is waited for counts as failed
+
+
+def wait_for(what, condition):
+    """The first true result of the condition, which is tried again and again."""
+    end = time.monotonic() + PATIENCE
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise AssertionError("In vain waited for: " + what)
+        time.sleep(0.05)
+
+
+class Screen:
+    """Close it, or use it with `with`. Programs started on it have a home folder of their own and no session bus."""
+
+    def __init__(self, size="1280x800"):
+        self._folder = tempfile.TemporaryDirectory()
+        self.home = pathlib.Path(self._folder.name)
+        self._processes = []
+        reader, writer = os.pipe()
+        self.start("Xvfb", "-displayfd", str(writer), "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset",
+                   env=os.environ, pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader) as number:  # written once the screen is there
+            display = number.readline().strip()
+        if not display:
+            raise AssertionError("Xvfb did not start")
+        kept = {name: os.environ[name] for name in ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS") if name in os.environ}
+        self.env = {**kept, "DISPLAY": ":" + display, "HOME": str(self.home), "LANG": "C.UTF-8",
+                    "XDG_RUNTIME_DIR": str(self.home), "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
+        self.start("openbox", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for("the window manager", lambda: self.try_xdotool("get_num_desktops"))
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def close(self):
+        for process in reversed(self._processes):
+            process.terminate()
+            process.wait(PATIENCE)
+        self._folder.cleanup()
+
+    def start(self, *command, **options):
+        """The process; it is ended with the screen."""
+        options.setdefault("env", getattr(self, "env", None))
+        self._processes.append(subprocess.Popen(command, **options))
+        return self._processes[-1]
+
+    def try_xdotool(self, *arguments):
+        """What it prints, or None if it fails, as it does while a window that it asks for is not there."""
+        done = subprocess.run(["xdotool", *map(str, arguments)], env=self.env, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL, text=True, timeout=PATIENCE)
+        return done.stdout.strip() if done.returncode == 0 else None
+
+    def xdotool(self, *arguments):
+        printed = self.try_xdotool(*arguments)
+        if printed is None:
+            raise AssertionError("xdotool %s failed" % (arguments,))
+        return printed
+
+    # --- Windows ---
+    def windows(self):
+        """{title: X window} of the program's windows on the screen."""
+        found = (self.try_xdotool("search", "--onlyvisible", "--class", "^sorbel$") or "").split()
+        titles = {window: self.try_xdotool("getwindowname", window) for window in found}
+        return {title: window for window, title in titles.items() if title}
+
+    def wait_for_windows(self, *titles):
+        wait_for("exactly the windows %s" % (titles,), lambda: sorted(self.windows()) == sorted(titles))
+
+    def active_title(self):
+        return self.try_xdotool("getactivewindow", "getwindowname")
+
+    def activate(self, title):
+        self.xdotool("windowactivate", self.windows()[title])
+        wait_for("%s in front" % title, lambda: self.active_title() == title)
+
+    # --- Input ---
+    def key(self, *keys):
+        self.xdotool("key", "--delay", 20, *keys)
+
+    def type(self, text):
+        self.xdotool("type", "--delay", 20, text)
+
+    def click(self, window, x, y):
+        """At a place within the window's content."""
+        self.xdotool("mousemove", "--sync", "--window", window, x, y, "click", 1)
