@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing of the Debian or Ubuntu packages of some groups.
-# usage: install_packages.sh GROUP...      build, check or picture
+# usage: install_packages.sh GROUP...      build, check or screen
 set -euo pipefail
 
 packages=()
@@ -13,10 +13,10 @@ for group in "$@"; do
         # clang-format of one version by name: others lay the same code out differently.
         check)
             packages+=(clang-format-14 gettext gnustep-base-runtime python3-polib
-                appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon
-                xvfb xdotool openbox imagemagick)
+                appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon)
             ;;
-        picture) packages+=(xvfb xauth xdotool imagemagick) ;;
+        # A virtual screen, and what uses the program on it.
+        screen) packages+=(xvfb xauth openbox xdotool imagemagick xclip) ;;
         *)
             echo "install_packages.sh: no group of packages named $group" >&2
             exit 2

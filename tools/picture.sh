@@ -5,7 +5,7 @@ set -euo pipefail
 
 picture=$1
 shift
-"$@" &
+DBUS_SESSION_BUS_ADDRESS=disabled: "$@" & # or a program that already runs would show the files
 program=$!
 trap 'kill "$program" 2>/dev/null || true' EXIT
 

@@ -97,4 +97,4 @@ class Screen:
 
     def click(self, window, x, y):
         """At a place within the window's content."""
-        self.xdotool("mousemove", "--sync", "--window", window, x, y, "click", 1)
+        self.xdotool("mousemove", "--window", window, x, y, "click", 1)

@@ -73,6 +73,8 @@ void MainWindow::SetUpControls() {
     NameField.SetAccessibleName("Name");
     HistoryFilter.SetAccessibleName("Version");
     SearchOptionsMenu.SetAccessibleName("Search Options");
+    SimpleSplitter1.SetAccessibleName("Width of the Strings");
+    SimpleSplitter2.SetAccessibleName("Height of the Default Value");
 }
 
 void MainWindow::BindEvents() {

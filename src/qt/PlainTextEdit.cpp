@@ -66,6 +66,17 @@ void PlainTextEdit::contextMenuEvent(QContextMenuEvent* event) {
     mWindow.PopUpEditMenu(event->globalPos(), SuggestionsAt(at.position()));
 }
 
+/// The toolkit repaints the cursor only, but the focus shows all around.
+void PlainTextEdit::focusInEvent(QFocusEvent* event) {
+    QTextEdit::focusInEvent(event);
+    viewport()->update();
+}
+
+void PlainTextEdit::focusOutEvent(QFocusEvent* event) {
+    QTextEdit::focusOutEvent(event);
+    viewport()->update();
+}
+
 MenuChoices PlainTextEdit::SuggestionsAt(int position) {
     const auto word = mSpelling && !isReadOnly() ? mSpelling->MarkedWord(position) : std::nullopt;
     if (!word) return {};

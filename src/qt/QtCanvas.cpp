@@ -121,10 +121,6 @@ class CanvasReader : public QAccessibleWidget {
                                                          : QAccessible::Graphic),
           mCanvas(canvas) {}
 
-    [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        const QString text = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Name && text.isEmpty() && mCanvas.IsSplitter() ? u"Splitter"_qs : text;
-    }
     [[nodiscard]] QStringList actionNames() const override {
         QStringList names = QAccessibleWidget::actionNames();
         if (mCanvas.IsButton()) names += pressAction();

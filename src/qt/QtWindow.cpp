@@ -153,7 +153,9 @@ void QtWindow::ShowFocus() {
     QWidget* const wanted = usable ? &view->Widget() : mContent;
     QWidget* const present = focusWidget();
     const bool inMenus = present && present != mContent && !mContent->isAncestorOf(present);
-    if (present != wanted && !inMenus) wanted->setFocus();
+    if (present == wanted || inMenus) return;
+    if (!usable) mContent->setAccessibleName(view->Widget().accessibleName());  // read out meanwhile
+    wanted->setFocus();
 }
 
 void QtWindow::Guard(const std::function<void()>& operation) {

@@ -3,6 +3,7 @@
 #include <QStandardPaths>
 
 #include "platform/SpecialFolder.h"
+#include "qt/DesktopAppearance.h"
 #include "qt/QtBackend.h"
 #include "qt/SessionBus.h"
 #include "qt/Text.h"
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
     const QStringList files = QCoreApplication::arguments().mid(1);
     sorbel::SessionBus bus;
     if (bus.HandOver(files)) return EXIT_SUCCESS;
+    const sorbel::DesktopAppearance appearance(QDBusConnection::sessionBus());
     SetFolders();
 
     sorbel::QtBackend backend;

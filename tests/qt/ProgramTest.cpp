@@ -75,7 +75,7 @@ TEST_F(Program, EveryControlSaysWhatItIs) {
         {"SearchField", "Search", QAccessible::EditableText},
         {"NameField", "Name", QAccessible::EditableText},
         {"SearchOptionsMenu", "Search Options", QAccessible::ButtonMenu},
-        {"SimpleSplitter1", "Splitter", QAccessible::Splitter},
+        {"SimpleSplitter1", "Width of the Strings", QAccessible::Splitter},
         {"StaticText3", "Search:", QAccessible::StaticText},
     };
     for (const auto& control : controls) {
@@ -148,6 +148,20 @@ TEST_F(Program, AKeyInTheSearchFieldRefreshesTheListOnce) {
     Settle();
     EXPECT_EQ(resets.count(), 1);
     EXPECT_EQ(model.rowCount(), List().ListCount());
+}
+
+TEST_F(Program, AFieldThatIsDisabledForAWhileKeepsTheFocus) {
+    List().UserClick(0, 1, 1);
+    Focus("LocalizedValueField");
+    QTest::keyClick(&On("LocalizedValueField"), 'x');
+    mApp->Choose(*mApp->MenuBar->FindByName("EditUndo"));  // takes the selection away
+    Settle();
+    ASSERT_FALSE(On("LocalizedValueField").isEnabled());
+    ASSERT_EQ(QApplication::focusWidget(), &View->Content());
+    EXPECT_EQ(View->Content().accessibleName(), "Translation");
+    List().UserClick(0, 1, 1);
+    Settle();
+    EXPECT_TRUE(On("LocalizedValueField").hasFocus());
 }
 
 TEST_F(Program, SplittersAnswerToKeys) {
