@@ -1,4 +1,6 @@
 #include <QAccessible>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -118,6 +120,24 @@ TEST_F(Program, RowsAreReadWithTheirState) {
     Settle();
     EXPECT_EQ(list.focusChild(), folder);
     EXPECT_TRUE(folder->state().focused);
+}
+
+TEST_F(Program, FilesDroppedAnywhereAreOpened) {
+    List().UserClick(0, 1, 1);
+    Settle();
+    const String translation = dynamic_cast<TextArea&>(Named("LocalizedValueField")).Text();
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(SORBEL_SAMPLES "/Notizbuch newer.kestrum_locale")});
+    auto& field = dynamic_cast<QAbstractScrollArea&>(On("LocalizedValueField"));
+    const QPoint at = field.viewport()->rect().center();
+    QDragEnterEvent enter(at, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(field.viewport(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(at, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(field.viewport(), &drop);
+    Settle();
+    EXPECT_EQ(mApp->FrontWindow()->Title(), "Notizbuch newer.kestrum_locale");
+    EXPECT_EQ(dynamic_cast<TextArea&>(Named("LocalizedValueField")).Text(), translation);
 }
 
 TEST_F(Program, TheWindowFollowsASplitterOncePerStep) {
