@@ -94,7 +94,12 @@ const char* const Words[] = {"Dim",         "a",
                              ":",           "_\n",
                              "'c",          "Shared",
                              "Private",     "Public",
-                             "Protected",   "a:"};
+                             "Protected",   "a:",
+                             "Event",       "RaiseEvent",
+                             "AddHandler",  "RemoveHandler",
+                             "Using",       "Attributes(",
+                             "Ptr",         ".Sort(AddressOf",
+                             "Array(1, 2)", "Iterable"};
 
 String RandomWords(Random& random) {
     String text;
@@ -112,7 +117,7 @@ class Grammar {
         String text = Declarations;
         text += "Sub Work(n As Integer, ByRef r As String, ByRef k As Integer)\nIf n <= 0 Then Return\n" +
                 LocalDims() + Block(3) + "End Sub\nFunction Calc(n As Integer, t As String) As Integer\n" +
-                "If n <= 0 Then Return 1\nDim r As String, k As Integer\n" + LocalDims() + Block(2) +
+                "If n <= 0 Then Return 1\nDim r As String, k As Integer\n" + LocalDims() + InFunction() +
                 "Return " + Number(2) + "\nEnd Function\n";
         text +=
             "Dim n As Integer = 2\nDim r As String = \"r\"\nDim k As Integer, t As String\n" + LocalDims();
@@ -122,7 +127,8 @@ class Grammar {
   private:
     static constexpr const char* Declarations =
         "Interface Named\nFunction Name() As String\nEnd Interface\n"
-        "Structure Pt\nX As Integer\nY As Double\nEnd Structure\n"
+        "Structure Sub1\nM(2) As UInt8\nEnd Structure\n"
+        "Structure Pt\nX As Integer\nY As Double\nA(3) As Integer\nS(1) As Sub1\nEnd Structure\n"
         "Class Node\nImplements Named\nProperty Nxt As Node\nProperty V As Variant\nProperty T As String = "
         "\"t\"\n"
         "Property P As Pt\nProperty L() As Node\nShared Made As Integer\nSub Constructor(t As String = "
@@ -130,14 +136,50 @@ class Grammar {
         "Self.T = t\nMade = Made + 1\nEnd Sub\nSub Destructor()\nMade = Made - 1\nIf Made Mod 5 = 0 Then "
         "gKeep = Me\n"
         "End Sub\nFunction Name() As String\nReturn T + \"n\"\nEnd Function\n"
-        "Function Operator_Add(o As Node) As Node\nReturn New Node(T + o.T)\nEnd Function\nEnd Class\n"
+        "Function Operator_Add(o As Node) As Node\nReturn New Node(T + o.T)\nEnd Function\n"
+        "Function Calc2(n As Integer, t As String) As Integer\nReturn n + Len(Self.Name)\nEnd Function\n"
+        "Event Rung(n As Integer, ByRef r As String) As Integer\nEvent Ended(p As Pt)\n"
+        "Function Ring(n As Integer) As Integer\nEnds\nReturn n + RaiseEvent Rung(n, T)\nEnd Function\n"
+        "Sub Ends()\nRaiseEvent Ended(P)\nEnd Sub\n"
+        "Function Heard(o As Node, n As Integer, ByRef r As String) As Integer\nr = r + \"h\"\nIf Len(r) > 9 "
+        "Then "
+        "Nxt = Nil\nReturn n\nEnd Function\n"
+        "Function Operator_Subscript(n As Integer) As Node\nReturn L(n)\nEnd Function\n"
+        "Sub Operator_Subscript(n As Integer, Assigns v As Node)\nL(n) = v\nEnd Sub\n"
+        "Function Operator_Lookup(n As String) As String\nReturn n + T\nEnd Function\n"
+        "Sub Operator_Lookup(n As String, Assigns v As String)\nT = n + v\nEnd Sub\n"
+        "Function Operator_Compare(o As Node) As Integer\nIf o = Nil Then Return 1\nReturn Len(T) - "
+        "Len(o.T)\nEnd "
+        "Function\n"
+        "Function Operator_Convert() As String\nReturn T\nEnd Function\nEnd Class\n"
         "Class Leaf Inherits Node\nFunction Name() As String\nReturn Super.Name + \"l\"\nEnd Function\nEnd "
         "Class\n"
         "Delegate Function Fn(n As Integer, t As String) As Integer\n"
         "Function Sum(ParamArray v() As Integer) As Integer\nDim s As Integer\nFor Each i As Integer In v\ns "
         "= s + i\n"
-        "Next\nReturn s\nEnd Function\nDim gKeep As Node\n";
+        "Next\nReturn s\nEnd Function\nDim gKeep As Node\nDim gTexts() As String, gPts() As Pt\n"
+        "Module Tools\nCounted As Integer\nKept() As Node\nFunction Count(n As Integer) As Integer\nStatic c "
+        "As "
+        "Integer = n\nc = c + 1\nCounted = c\nReturn c\nEnd Function\nEnd Module\nUsing Tools\n"
+        "Function ByText(a As String, b As String) As Integer\nStatic n As Integer\nn = n + 1\nIf n Mod 7 = "
+        "0 Then "
+        "gTexts.Append(a)\nIf n Mod 11 = 0 Then gTexts.Pop\nIf n Mod 29 = 0 Then Raise New "
+        "RuntimeException(a)\nReturn Len(a) - Len(b) + n Mod 3 - 1\nEnd Function\n"
+        "Function ByPt(a As Pt, b As Pt) As Integer\nb.A(1) = a.X\ngPts(0).X = gPts(0).X + 1\nReturn a.X - "
+        "b.X\nEnd Function\n"
+        "Function ByNode(a As Node, b As Node) As Integer\nIf a = Nil Or b = Nil Then Return -1\na.L = "
+        "b.L\nReturn Len(a.T) - Len(b.T)\nEnd Function\n"
+        "Function Late(o As Node, n As Integer, ByRef r As String) As Integer\nTry\nIf n = 2 Then Return "
+        "n\nr = o.Name\nFinally\nRemoveHandler o.Rung, AddressOf Late\nEnd Try\nReturn 1\nEnd Function\n"
+        "Sub Ending(o As Node, p As Pt)\np.A(0) = 4\no.P = p\nEnd Sub\n"
+        "Function Drop() As Integer\ngKeep = Nil\nKept.RemoveAll\nReturn 1\nEnd Function\n";
 
+    String InFunction() {
+        mResult = true;
+        const String block = Block(2);
+        mResult = false;
+        return block;
+    }
     String LocalDims() {
         return "Dim i As Integer, j As Integer = 3, d As Double = 1.5, b As Boolean, s As String = \"abé\"\n"
                "Dim u As UInt8 = 7, q As Single, v As Variant, p As Pt, a(4) As Integer, z(2, 2) As Double\n"
@@ -147,13 +189,31 @@ class Grammar {
 
     String Number(int depth) {
         if (depth == 0 || mRandom.Chance(30)) {
-            static const char* const leaves[] = {"i",   "j",    "k", "n", "1", "0", "-7", "u", "100000000000",
-                                                 "p.X", "o.P.X"};
+            static const char* const leaves[] = {"i",
+                                                 "j",
+                                                 "k",
+                                                 "n",
+                                                 "1",
+                                                 "0",
+                                                 "-7",
+                                                 "u",
+                                                 "100000000000",
+                                                 "p.X",
+                                                 "o.P.X",
+                                                 "p.A(1)",
+                                                 "o.P.S(1).M(2)",
+                                                 "Counted"};
             return mRandom.Pick(leaves);
         }
         static const char* const operators[] = {" + ",   " - ",   " * ",  " \\ ",
                                                 " Mod ", " And ", " Or ", " Xor "};
-        switch (mRandom.Below(12)) {
+        switch (mRandom.Below(15)) {
+            case 9:
+                return "Count(" + Number(depth - 1) + ")";
+            case 10:
+                return "o.Ring(" + Number(depth - 1) + ")";
+            case 11:
+                return "p.A(" + Number(depth - 1) + ")";
             case 0:
                 return "Len(" + Text(depth - 1) + ")";
             case 1:
@@ -184,7 +244,8 @@ class Grammar {
     }
     String Text(int depth) {
         if (depth == 0 || mRandom.Chance(30)) {
-            static const char* const leaves[] = {"s", "r", "t", "\"x\"", "\"\"", "o.T", "o.Name"};
+            static const char* const leaves[] = {"s",   "r",      "t",     "\"x\"", "\"\"",
+                                                 "o.T", "o.Name", "o.Any", "o(0).T"};
             return mRandom.Pick(leaves);
         }
         switch (mRandom.Below(9)) {
@@ -230,7 +291,45 @@ class Grammar {
         }
     }
     String Assignment() {
-        switch (mRandom.Below(26)) {
+        switch (mRandom.Below(45)) {
+            case 26:
+                return "AddHandler o.Rung, AddressOf Late";
+            case 27:
+                return "AddHandler o.Rung, " + String(mRandom.Chance(50) ? "Weak" : "") + "AddressOf x.Heard";
+            case 28:
+                return "RemoveHandler o.Rung, AddressOf x.Heard";
+            case 29:
+                return "AddHandler x.Ended, AddressOf Ending";
+            case 30:
+                return "gTexts.Sort(AddressOf ByText)";
+            case 31:
+                return "gTexts.Append(" + Text(2) + ")";
+            case 32:
+                return "gPts.Append(p)\ngPts.Sort(AddressOf ByPt)";
+            case 33:
+                return "o.L.Sort(AddressOf ByNode)";
+            case 34:
+                return "o(" + Number(1) + ") = x";
+            case 35:
+                return "o.Other = " + Text(2);
+            case 36:
+                return "s = o";
+            case 37:
+                return "p.A(" + Number(1) + ") = " + Number(2);
+            case 38:
+                return "o.P.S(1) = p.S(0)\np.S(1).M(" + Number(1) + ") = " + Number(1);
+            case 39:
+                return "gPts.Insert(0, o.P)\np = gPts(" + Number(1) + ")";
+            case 40:
+                return "Kept.Append(o)\ngKeep = New Node(s)\nf = WeakAddressOf gKeep.Calc2";
+            case 41:
+                return "i = f(Drop(), s)";
+            case 42:
+                return "l.SortWith(l, gTexts)";
+            case 44:
+                return String(mRandom.Chance(50) ? "l" : mRandom.Chance(50) ? "a" : "o.L") + " = Nil";
+            case 43:
+                return "ReDim p.A(" + Number(1) + ")";
             case 0:
                 return "i = " + Number(3);
             case 1:
@@ -288,12 +387,25 @@ class Grammar {
     String Block(int depth) {
         String text;
         for (size_t count = 1 + mRandom.Below(4); count > 0; --count)
-            text += Statement(depth) + "\n";
+            // Most would end the program early.
+            text += mRandom.Chance(70) ? "Try\n" + Statement(depth) + "\nCatch\nEnd Try\n"
+                                       : Statement(depth) + "\n";
         return text;
     }
     String Statement(int depth) {
         if (depth == 0) return Assignment();
-        switch (mRandom.Below(14)) {
+        switch (mRandom.Below(17)) {
+            case 14:
+                return "Try\nIf " + Truth(1) + " Then Return " + (mResult ? Number(1) : "") + "\n" +
+                       Block(depth - 1) + "Finally\n" + Block(depth - 1) + "End Try";
+            case 15:
+                return "For i" + std::to_string(depth) + " As Integer = 1 To 3 Step " + Number(1) + "\n" +
+                       Block(depth - 1) + (mRandom.Chance(50) ? "Exit" : "Continue") + " For i" +
+                       std::to_string(depth) + "\nNext";
+            case 16:
+                return "If " + Truth(1) + " Then\nStatic k" + std::to_string(depth) + " As String = s\nk" +
+                       std::to_string(depth) + " = " + Text(1) + "\nElse If b Then\n" + Block(depth - 1) +
+                       "End If";
             case 0:
                 return "If " + Truth(2) + " Then\n" + Block(depth - 1) + "Else\n" + Block(depth - 1) +
                        "End If";
@@ -322,6 +434,7 @@ class Grammar {
     }
 
     Random& mRandom;
+    bool mResult = false;  // a Return has a value here
 };
 
 class Quiet : public sorbel::script::KestrumScript {

@@ -16,17 +16,21 @@ struct ErrorCase {
 const ErrorCase errors[] = {
     {1, 1, "x = = 1"},
     {2, 1, "If 1 Then Print \"x\""},
+    {3, 3, "Class A\nEnd Class\nUsing A"},
+    {4, 5, "Module M\nX As Integer\nEnd Module\nDim x As String, y As String\nUsing M.X"},
     {6, 5, "Sub F()\nEnd Sub\nSub F(a As Integer)\nEnd Sub\nF(1, 2)"},
     {7, 5, "Sub F(a As Integer)\nEnd Sub\nSub F(a As Integer, b As Integer)\nEnd Sub\nF()"},
     {8, 5, "Sub F()\nEnd Sub\nSub F(a As Integer, b As Integer)\nEnd Sub\nF(1)"},
     {9, 5, "Sub F(a As Integer)\nEnd Sub\nSub F(a As Boolean)\nEnd Sub\nF(\"\")"},
     {11, 2, "\nx = 1"},
+    {12, 1, "Dim b As Boolean = Nil + 1"},
     {13, 1, "Dim b As Boolean = \"a\" And True"},
     {15, 2, "Dim i As Integer\ni()"},
     {16, 2, "Dim i As Integer\ni(1) = 2"},
     {17, 2, "Dim a(1, 1) As Integer\na(1) = 2"},
     {18, 2, "Dim a(1) As Integer\na(1, 1) = 2"},
     {19, 2, "Dim a(1) As Integer\na = 5"},
+    {19, 5, "Structure S\nX(1) As Integer\nEnd Structure\nDim a, b As S\na.X = b.X"},
     {20, 2, "Dim a(1) As Integer\nDim i As Integer = a + 1"},
     {21, 3, "Sub F(ByRef a As Integer)\nEnd Sub\nF(1)"},
     {22, 2, "Dim a As Integer\nDim a As Integer"},
@@ -48,6 +52,7 @@ const ErrorCase errors[] = {
      "Class A\nFunction F() As Integer\nEnd Function\nEnd Class\nClass B Inherits A\nFunction F() As String\n"
      "End Function\nEnd Class"},
     {38, 1, "Event E()"},
+    {39, 3, "Class A\nSub F()\nRaiseEvent Fired\nEnd Sub\nEnd Class"},
     {40, 2, "Class A\nSub Destructor(i As Integer)\nEnd Sub\nEnd Class"},
     {41, 1, "Super.F()"},
     {42, 3, "Class A\nSub F()\nSuper.F\nEnd Sub\nEnd Class"},
@@ -62,6 +67,7 @@ const ErrorCase errors[] = {
     {54, 6, "Class A\nProtected Sub F()\nEnd Sub\nEnd Class\nDim o As New A\no.F"},
     {56, 3, "Sub F()\nEnd Sub\nDim f As Integer"},
     {57, 3, "Class A\nX As Integer\nSub X()\nEnd Sub\nEnd Class"},
+    {58, 3, "Class A\nEvent X\nX As Integer\nEnd Class"},
     {59, 3, "Class A\nEnd Class\nDim a As Integer"},
     {60, 3, "Module M\nEnd Module\nDim m As Integer"},
     {61, 2, "Const C = 1\nDim c As Integer"},
@@ -109,7 +115,10 @@ const ErrorCase errors[] = {
     {103, 1, "Continue"},
     {104, 2, "While True\nExit For\nWend", "For | Exit"},
     {104, 1, "Continue Do", "Do | Continue"},
+    {104, 3, "For i As Integer = 1 To 2\nWhile True\nExit For j\nWend\nNext", "For j | Exit"},
     {105, 4, "Class A\nX As Integer\nShared Sub F()\nX = 1\nEnd Sub\nEnd Class"},
+    {106, 5, "Class A\nEvent E\nEnd Class\nDim d As Object\nd = A.E"},
+    {106, 4, "Class A\nEvent E\nShared Sub F()\nRaiseEvent E\nEnd Sub\nEnd Class"},
     {107, 5,
      "Class A\nX As Integer\nShared Property P As Integer\nGet\nReturn X\nEnd Get\nEnd Property\nEnd Class"},
     {108, 6,
@@ -117,11 +126,15 @@ const ErrorCase errors[] = {
     {109, 5, "Class A\nProtected Sub Constructor()\nEnd Sub\nEnd Class\nDim o As New A"},
     {110, 2, "Structure S\nX As String\nEnd Structure"},
     {111, 2, "Structure S\nX As Object\nEnd Structure"},
+    {111, 2, "Structure S\nX() As Integer\nEnd Structure"},
     {112, 2, "Structure S\nX(1, 1) As Integer\nEnd Structure"},
     {113, 1, "Enum E As Double\nA\nEnd Enum"},
     {114, 4, "Enum E\nA\nEnd Enum\nEnum F As E\nB\nEnd Enum"},
     {115, 2, "Const C = 1\nC = 2"},
+    {116, 2, "Structure S\nX As String * 0\nEnd Structure"},
+    {117, 2, "Structure S\nX As Integer * 4\nEnd Structure"},
     {118, 1, "Structure S\nX As S\nEnd Structure"},
+    {118, 1, "Structure S\nX(1) As S\nEnd Structure"},
     {119, 4, "Structure S\nX As Integer\nEnd Structure\nDim o As Object = New S"},
     {120, 4, "Enum E\nA\nEnd Enum\nDim o As Object = New E"},
     {121, 5, "Module M\nPrivate Class A\nEnd Class\nEnd Module\nDim a As M.A"},
@@ -130,6 +143,7 @@ const ErrorCase errors[] = {
     {124, 3, "Module M\nModule N\nGlobal X As Integer\nEnd Module\nEnd Module"},
     {125, 1, "Dim a, b As New Object"},
     {126, 2, "Enum E\nA = Rnd\nEnd Enum"},
+    {126, 2, "Structure S\nX(Asc(\"a\")) As Integer\nEnd Structure"},
     {127, 8,
      "Module M\nPrivate Module N\nClass A\nEnd Class\nEnd Module\nDim x As M.N.A\nEnd Module\nDim a As "
      "M.N.A"},
@@ -138,6 +152,8 @@ const ErrorCase errors[] = {
     {130, 1, "Delegate Sub D(Optional a As Integer)"},
     {131, 1, "Delegate Sub D(ParamArray a As Integer)"},
     {132, 1, "Declare Sub F Lib \"x\" ()"},
+    {133, 2, "Dim p As Ptr\np.Int32(0) = 5"},
+    {134, 3, "Delegate Sub D()\nDim p As Ptr\nDim e As D = p"},
     {135, 3, "Class A\nConst C = 1\nConst C = 2\nEnd Class"},
     {136, 7,
      "Interface I\nSub F()\nEnd Interface\nClass A Implements I\nSub G() Implements I.F\nEnd Sub\n"
@@ -149,8 +165,10 @@ const ErrorCase errors[] = {
     {140, 4, "Interface I\nAggregates J\nEnd Interface\nInterface J Aggregates I\nEnd Interface"},
     {141, 2, "Class A\nSub F(Extends s As String)\nEnd Sub\nEnd Class"},
     {142, 1, "Dim i As Integer = \"x\""},
+    {143, 1, "Attributes(Hidden, hidden = 5) Class A\nEnd Class"},
     {144, 4, "Structure S\nX As Integer\nEnd Structure\nDelegate Function D() As S"},
     {145, 3, "Delegate Sub D()\nDim e As D\ne = AddressOf e"},
+    {145, 5, "Class A\nEvent E\nEnd Class\nDim o As New A\nDim d As Ptr = AddressOf o.E"},
     {146, 9,
      "Interface I\nEnd Interface\nClass A\nFunction Operator_Convert() As Integer\nReturn 1\nEnd Function\n"
      "End Class\nDim o As New A\nDim w As I = o"},
@@ -159,12 +177,16 @@ const ErrorCase errors[] = {
     {149, 2, "Module M\nConst A = B\nConst B = A\nEnd Module"},
     {150, 1, "#Pragma Error \"no\"", "no"},
     {151, 4, "Class A\nX As Integer\nSub F()\nFor X = 1 To 2\nNext\nEnd Sub\nEnd Class"},
+    {154, 2, "\nAttributes(StructureAlignment = 3) Structure S\nEnd Structure"},
     {155, 1, "Dim a As Variant = 1 : 2"},
     {156, 1, "Dim a As Object = GetTypeInfo(Object)"},
     {157, 1, "For\nNext"},
     {158, 1, "While\nWend"},
     {159, 1, "For i As UInt32 = 5 DownTo 1\nNext"},
     {160, 1, "Dim b As Boolean = 1 Is 2"},
+    {161, 3, "Sub F()\nEnd Sub\nAddHandler 5, AddressOf F"},
+    {162, 4, "Dim o As Object\nSub F()\nEnd Sub\nAddHandler o.Fired, AddressOf F"},
+    {163, 3, "Delegate Sub D()\nDim e As D\nDim p As Ptr = e"},
     {164, 4, "Delegate Sub D()\nSub F()\nEnd Sub\nDim e As D = WeakAddressOf F"},
     {167, 5, "Class A\nX As Integer\nEnd Class\nClass B Inherits A\nX As String\nEnd Class"},
     {168, 1, "Goto there"},
@@ -173,6 +195,7 @@ const ErrorCase errors[] = {
     {171, 2, "a:\na:"},
     {172, 2, "Class A\nX As Object = Nil\nEnd Class"},
     {173, 2, "Class A\nX() As Integer = Array(1)\nEnd Class"},
+    {174, 4, "Class A Implements Iterable\nEnd Class\nDim o As New A\nFor Each x As Object In o\nNext"},
     {175, 2, "Dim o As Object\nFor Each x As Object In o\nNext"},
     {178, 1, "Integer = 5"},
     {179, 3, "Module M\nEnd Module\nM = 5"},
@@ -184,6 +207,8 @@ const ErrorCase errors[] = {
     {185, 1, "Dim a As Strin", "String"},
     {186, 1, "Dim i As Integer = 1 + \"x\"", "Integer | + | String"},
     {187, 1, "Dim s As String = -\"x\"", "String | -"},
+    {188, 4, "Module M\nGlobal X As Integer\nEnd Module\nUsing M.X", "X | M"},
+    {189, 4, "Module M\nPrivate X As Integer\nEnd Module\nUsing M.X", "X | M"},
     {190, 1, "Dim i As Integer = String", "Integer | String"},
     {191, 1, "Dim o As Object = New Integer", "Integer"},
     {192, 1, "Dim o As Object = New Objekt", "Objekt | Object"},
@@ -195,6 +220,7 @@ const ErrorCase errors[] = {
     {199, 3, "Sub F(Assigns a As Integer)\nEnd Sub\nF(1)"},
     {200, 3, "Sub F(a As Integer)\nEnd Sub\nF(1) = 2"},
     {201, 3, "Sub F(a As Integer, b As String)\nEnd Sub\nF(1, 2)", "b | String | Integer"},
+    {202, 1, "Append(5, 6)", "an array, an element | Integer, Integer"},
     {202, 3, "Sub F(a As Integer, b As String)\nEnd Sub\nF(\"\", 2)", "Integer, String | String, Integer"},
     {203, 3, "Sub F(ParamArray a As Integer)\nEnd Sub\nF(1, \"\")", "a | Integer | String"},
     {204, 5, "Class A\nSub F()\nEnd Sub\nShared Sub G()\nF\nEnd Sub\nEnd Class", "A"},
@@ -202,8 +228,25 @@ const ErrorCase errors[] = {
     {206, 5, "Class A\nSub F()\nEnd Sub\nEnd Class\nA.F", "A"},
     {207, 5, "Module M\nSub F(Extends s As String)\nEnd Sub\nEnd Module\nM.F(\"\")", "String"},
     {208, 4, "Sub F(Extends s As String)\nEnd Sub\nDim b As Boolean\nb.F", "String | Boolean"},
+    {209, 7,
+     "Class A\nProtected Function Operator_Convert() As Integer\nReturn 1\nEnd Function\nEnd Class\n"
+     "Dim o As New A\nDim i As Integer = o",
+     "A | Integer | Operator_Convert"},
     {210, 2, "Structure S\nX As String * 5\nEnd Structure"},
 };
+
+TEST(ScriptErrors, AMethodHasRoomForManyVariablesButNotForAll) {
+    const auto source = [](int count) {
+        String text = "Sub F()\nDim v0";
+        for (int at = 1; at < count; ++at)
+            text += ", v" + std::to_string(at);
+        return text + " As Integer\nEnd Sub\nF\nPrint \"ran\"";
+    };
+    EXPECT_EQ(RecordingScript(source(28000)).Output, std::vector<String>{"ran"});
+    const RecordingScript most(source(29000));
+    EXPECT_EQ(most.Error, 23);
+    EXPECT_EQ(most.Line, 2);
+}
 
 TEST(ScriptErrors, EachNumberHasAShortestScript) {
     for (const ErrorCase& one : errors) {

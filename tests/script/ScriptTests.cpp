@@ -89,6 +89,8 @@ TEST(ScriptCompiler, ReportsOnceAndRunsNothing) {
     EXPECT_TRUE(script.Output.empty());
     // The first error in the text, whichever body it is in.
     EXPECT_EQ(RecordingScript("Sub A()\nx = 1\nEnd Sub\ny = 2").Line, 2);
+    EXPECT_EQ(RecordingScript("x = 1\nConst C = y").Line, 1);
+    EXPECT_EQ(RecordingScript("Print Str(C)\nConst C = D\nConst D = C").Error, 149);
     EXPECT_EQ(RecordingScript("#Pragma Warning \"old\"\n").Warnings, std::vector<int64_t>{1});
 }
 

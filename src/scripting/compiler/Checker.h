@@ -46,7 +46,10 @@ class Checker {
     void DeclareConstant(ConstDecl& decl, Type* owner);
     void DeclareEnum(TypeDecl& decl);
     void DeclareStructure(TypeDecl& decl);
+    void CheckStructureBound(const Variable& field) const;
     void DeclareDelegate(TypeDecl& decl);
+    void CheckDelegateSignature(const Method& method) const;
+    void DeclareEvent(MethodDecl& decl, Type* owner);
     Method* DeclareMethod(MethodDecl& decl, Type* owner, bool accessor);
     void ResolveSignature(Method& method);
     void CheckParameters(const Method& method);
@@ -67,10 +70,24 @@ class Checker {
     // Names
     [[nodiscard]] Symbol* FindName(NameId name);
     [[nodiscard]] Symbol* FindMember(const Type* type, NameId name) const;
+    [[nodiscard]] Symbol* FindImported(const Type* around, NameId name) const;
     [[nodiscard]] const Type* FindType(const TypeName& named, Error missing = Error::NoSuchType);
     [[nodiscard]] const Type* FindWholeType(const TypeName& named);
     [[nodiscard]] String Suggestion(const String& name, bool classes) const;
     void CheckVisible(const Symbol& symbol, uint32_t line) const;
+    [[nodiscard]] bool Sees(Visibility visible, const Type* owner) const;
+
+    // Imports
+    /// The members of a module that `Using` makes known by their bare names.
+    struct Import {
+        const Type* Module = nullptr;
+        std::optional<NameId> Only;  // all of them if not given
+    };
+    [[nodiscard]] Import FindImport(const TypeName& named);
+    void CheckImport(const Import& import, uint32_t line) const;
+    void CollectImports();
+    void CheckImports();
+    void CheckUsing(const Stmt& statement);
     [[nodiscard]] const String& Spell(NameId name) const { return mNames.Spelling(name); }
     [[nodiscard]] String Describe(const std::vector<const Type*>& list) const;
 
@@ -92,6 +109,7 @@ class Checker {
     void CheckVariable(VariableDecl& decl, bool isStatic);
     Variable* DeclareLocal(NameId name, const Type* type, uint32_t line);
     Variable* Hidden(const Type* type);
+    void CheckConsts(Stmt& statement);
     void CheckCondition(Expr*& condition);
     void CheckSelect(Stmt& statement);
     void CheckCase(CaseTest& test, Variable& subject, uint32_t line);
@@ -99,6 +117,7 @@ class Checker {
     void CheckForEach(Stmt& statement);
     void CheckTry(Stmt& statement);
     void CheckLeave(const Stmt& statement) const;
+    void CheckHandler(Stmt& statement);
     void CheckReturn(Stmt& statement);
     void CheckReDim(Stmt& statement);
     void CheckAssign(Stmt& statement);
@@ -127,6 +146,7 @@ class Checker {
     void CheckAddressOf(Expr& expr, const Type* expected);
     void CheckCast(Expr*& expr);
     void CheckIsA(Expr& expr);
+    void CheckRaiseEvent(Expr& expr);
     void UseSymbol(Expr*& expr, Symbol& symbol, Expr* self);
     void NeedInstance(Expr& expr, const Symbol& symbol, bool property);
     Expr* ImplicitSelf(uint32_t line);
@@ -140,13 +160,18 @@ class Checker {
     void CheckArrayLiteral(Expr& expr, const Type* expected);
     void CheckArguments(std::vector<Expr*>& arguments);
     void CallMethods(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, Expr* assigned);
+    void CallAssignable(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, bool assigns);
     void FinishCall(Expr*& expr, Method& method, Expr* self);
     bool CallNative(Expr*& expr, StringView name, Expr* base);
     void FinishNative(Expr& expr, const NativeFunction& function);
     [[nodiscard]] int NativeCost(const NativeFunction& function, const std::vector<Expr*>& arguments) const;
+    [[nodiscard]] const Type* ComparisonOf(const Type* array);
+    [[nodiscard]] bool Compares(const Expr& argument, const Type* array) const;
     [[nodiscard]] int LetterCost(char letter, const Expr& argument, const Type* array) const;
     [[noreturn]] void FailNative(const Expr& expr, const std::vector<const NativeFunction*>& functions);
     bool CallExtension(Expr*& expr, NameId name, Expr* base, Expr* assigned);
+    bool CallOperator(Expr*& expr, const char* name, Expr* self, bool assigns);
+    bool CallLookup(Expr*& expr, const Expr& member, bool assigns);
     void CallDelegate(Expr*& expr, Expr* delegate);
     [[nodiscard]] int MethodCost(const Method& method, const std::vector<Expr*>& arguments) const;
     [[noreturn]] void FailMethod(const Method& method, const Expr& expr);
@@ -169,7 +194,12 @@ class Checker {
         Type* Owner = nullptr;
         bool Shared = false;
         std::vector<Scope> Scopes;
-        std::vector<BlockKind> Blocks;
+        struct OpenBlock {
+            BlockKind Kind;
+            NameId Counter = 0;  // of a For
+        };
+        std::vector<OpenBlock> Blocks;
+        bool InMain = false;
         std::unordered_map<NameId, const Stmt*> Labels;
     };
 
@@ -180,6 +210,7 @@ class Checker {
     Context mNow;
     Scope mHost;
     Scope mTopVariables;
+    std::unordered_map<const Type*, std::vector<Import>> mImports;  // by the module or class with the Using
     Type* mTop = nullptr;
     std::vector<Type*> mDeclared;
     std::vector<Method*> mToCheck;
@@ -187,8 +218,9 @@ class Checker {
     Expr* mAssignTarget = nullptr;  // what such a thing must be called by
     bool mAssignCall = false;       // and whether with arguments
     int mSelectors = 0;
+    std::unordered_map<const Type*, const Type*> mComparisons;  // delegates that sort arrays
     NameId mConstructor, mDestructor, mValue, mArrayName, mInvokeName;
-    const Type *mInteger, *mDouble, *mBoolean, *mString, *mVariant, *mVoid, *mNil;
+    const Type *mInteger, *mDouble, *mBoolean, *mString, *mVariant, *mVoid, *mNil, *mPtr;
 };
 
 }  // namespace sorbel::script

@@ -7,6 +7,7 @@ namespace sorbel::script {
 // A name or value with a list behind it: a call, a subscript or a conversion.
 void Checker::CheckCall(Expr*& expr, const Type* expected) {
     Expr* callee = expr->Left;
+    const bool assigns = callee == mAssignTarget && mAssignCall;
     if (callee->Kind == ExprKind::Name) {
         if (!FindName(callee->Name)) {
             if (callee->Name == mArrayName) return CheckArrayLiteral(*expr, expected);
@@ -25,30 +26,23 @@ void Checker::CheckCall(Expr*& expr, const Type* expected) {
             if (!members || !FindMember(base->T, callee->Name)) {
                 if (base->T->Is(Kind::Delegate) && callee->Name == mInvokeName)
                     return CallDelegate(expr, base);
-                const bool assigns = callee == mAssignTarget && mAssignCall;
                 if (CallExtension(expr, callee->Name, base, assigns ? mAssigned : nullptr)) {
                     if (assigns) mAssigned = nullptr;
                     return;
                 }
                 if (CallNative(expr, Spell(callee->Name), base)) return;
+                if (base->T == mPtr) Fail(Error::PtrDereferenced, callee->Line);
+                if (CallLookup(expr, *callee, assigns)) return;
                 Fail(Error::UndefinedMember, callee->Line);
             }
         }
     }
-    const bool assigns = callee == mAssignTarget && mAssignCall;
     CheckExpr(expr->Left);
     callee = expr->Left;
     if (callee->Kind == ExprKind::Namespace) return CheckConversionCall(expr, callee->Other);
     if (callee->Kind == ExprKind::Methods) {
         expr->DirectCall = callee->DirectCall;
-        const Symbol& symbol = *callee->Sym;
-        const bool takes =
-            assigns && std::any_of(symbol.Overloads.begin(), symbol.Overloads.end(), [](Method* m) {
-                return !m->Decl->Params.empty() && m->Decl->Params.back().IsAssigns;
-            });
-        CallMethods(expr, symbol.Overloads, callee->Left, takes ? mAssigned : nullptr);
-        if (takes) mAssigned = nullptr;
-        return;
+        return CallAssignable(expr, callee->Sym->Overloads, callee->Left, assigns);
     }
     CheckValue(expr->Left);
     callee = expr->Left;
@@ -58,7 +52,17 @@ void Checker::CheckCall(Expr*& expr, const Type* expected) {
         expr = callee;  // a property with an empty list behind it
         return;
     }
+    if (CallOperator(expr, "Operator_Subscript", callee, assigns)) return;
     Fail(expr->Args.empty() ? Error::NotCallable : Error::NotAnArray, expr->Line);
+}
+
+// The call takes what is assigned to it if one of the methods has a parameter for that.
+void Checker::CallAssignable(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, bool assigns) {
+    const bool takes = assigns && std::any_of(overloads.begin(), overloads.end(), [](const Method* method) {
+                           return !method->Decl->Params.empty() && method->Decl->Params.back().IsAssigns;
+                       });
+    CallMethods(expr, overloads, self, takes ? mAssigned : nullptr);
+    if (takes) mAssigned = nullptr;
 }
 
 void Checker::CheckSubscript(Expr& expr) {
@@ -239,7 +243,10 @@ void Checker::FailMethod(const Method& method, const Expr& expr) {
 void Checker::CheckByRef(const Expr& argument, const Parameter& param) const {
     const bool place = argument.Kind == ExprKind::Variable || argument.Kind == ExprKind::Field ||
                        argument.Kind == ExprKind::Subscript;
-    if (!place || argument.Parenthesised || argument.T != param.T)
+    // The array of a structure stays that structure's own.
+    const bool inner = place && argument.Kind == ExprKind::Field && argument.T->Is(Kind::Array) &&
+                       argument.Left->T->Is(Kind::Structure);
+    if (!place || inner || argument.Parenthesised || argument.T != param.T)
         Fail(Error::ByRefNeedsVariable, argument.Line);
 }
 

@@ -34,10 +34,11 @@ void Checker::Arrange(Type& type) {
 // A structure lies inside the structure that has a field of it.
 void Checker::CheckStructure(const Type& type, const Type& outer, uint32_t line) {
     for (const Variable* field : type.Fields) {
-        if (!field->T->Is(Kind::Structure)) continue;
-        if (field->T == &outer) Fail(Error::StructureInItself, line);
-        if (field->T->State == Untouched) Arrange(const_cast<Type&>(*field->T));
-        if (field->T->State == Arranging) Fail(Error::StructureInItself, line);
+        const Type* inner = field->T->Is(Kind::Array) ? field->T->Element : field->T;
+        if (!inner->Is(Kind::Structure)) continue;
+        if (inner == &outer) Fail(Error::StructureInItself, line);
+        if (inner->State == Untouched) Arrange(const_cast<Type&>(*inner));
+        if (inner->State == Arranging) Fail(Error::StructureInItself, line);
     }
 }
 
@@ -46,7 +47,8 @@ void Checker::ArrangeVirtual(Type& type) {
     if (!type.Destructor) type.Destructor = type.Base->Destructor;
     for (const auto& [name, symbol] : type.Own) {
         const Symbol* inherited = FindMember(type.Base, name);
-        if (!inherited || !symbol->Var || !inherited->Var || inherited->Visible == Visibility::Private)
+        if (!inherited || !symbol->Var || !inherited->Var || inherited->Visible == Visibility::Private ||
+            symbol->Is == Symbol::What::Event)
             continue;
         if (symbol->Var->T != inherited->Var->T) Fail(Error::ShadowedProperty, symbol->Var->Line);
     }

@@ -18,16 +18,13 @@ void Checker::Evaluate(Constant& constant) {
     } else {
         Expr*& init = constant.Decl->Init;
         CheckValue(init);
-        if (init->Kind != ExprKind::Literal) Fail(Error::ConstNeedsConstant, line);
         constant.T = init->T;
         if (constant.Decl->Named.Given()) {
             constant.T = FindWholeType(constant.Decl->Named);
-            const Kind kind = constant.T->K;
-            if (constant.T->Rank > 0 || kind > Kind::Variant || kind == Kind::Variant)
-                Fail(Error::ConstantType, line);
+            if (constant.T->K >= Kind::Variant) Fail(Error::ConstantType, line);
             CheckConverted(init, constant.T, Error::AssignIncompatible);
-            if (init->Kind != ExprKind::Literal) Fail(Error::ConstNeedsConstant, line);
         }
+        if (init->Kind != ExprKind::Literal) Fail(Error::ConstNeedsConstant, line);
         constant.Value = init->Value;
     }
     mNow = std::move(before);

@@ -12,7 +12,10 @@ int Checker::TypeCost(const Type* from, const Type* to) const {
     }
     if (to->Is(Kind::Variant)) return from->Is(Kind::Structure) || from->Is(Kind::Void) ? -1 : 6;
     if (from->Is(Kind::Variant)) return to->Is(Kind::Structure) || to->Is(Kind::Void) ? -1 : 7;
-    if (from->Is(Kind::Nil)) return to->IsObject() || to->Is(Kind::Array) || to->Is(Kind::Delegate) ? 1 : -1;
+    if (from->Is(Kind::Nil)) {
+        const bool empty = to->IsObject() || to->Is(Kind::Array) || to->Is(Kind::Delegate) || to == mPtr;
+        return empty ? 1 : -1;
+    }
     if (to == mTypes.Root() && from->IsObject()) return 3;
     if (from->IsObject() && to->IsObject() && from->ComesFrom(to)) {
         int steps = 1;
@@ -54,8 +57,11 @@ bool Checker::Castable(const Type* from, const Type* to) const {
     if (TypeCost(from, to) >= 0) return true;
     if (from->IsObject() && to->IsObject()) return true;
     const bool fromNumber = from->IsNumber() || from->Is(Kind::Boolean);
-    if (from->Is(Kind::Enum) || from->Is(Kind::Color)) return to->IsInteger();
-    if (to->Is(Kind::Enum) || to->Is(Kind::Color)) return from->IsInteger();
+    const auto coded = [](const Type* type) {
+        return type->Is(Kind::Enum) || type->Is(Kind::Color) || type->Is(Kind::Ptr);
+    };
+    if (coded(from)) return to->IsInteger();
+    if (coded(to)) return from->IsInteger();
     return fromNumber && (to->IsNumber() || to->Is(Kind::Boolean));
 }
 
@@ -67,6 +73,8 @@ bool Checker::Convert(Expr*& expr, const Type* to) {
         const bool converts =
             expr->T->Is(Kind::Class) && FindMember(expr->T, mNames.Intern("Operator_Convert"));
         if (converts && to->Is(Kind::Interface)) Fail(Error::ConvertToInterface, expr->Line);
+        if (expr->T == mPtr && to->Is(Kind::Delegate)) Fail(Error::DelegateFromPtr, expr->Line);
+        if (to == mPtr && expr->T->Is(Kind::Delegate)) Fail(Error::PtrFromDelegate, expr->Line);
         return false;
     }
     ForceConvert(expr, to);
@@ -94,11 +102,18 @@ bool ConvertLiteral(Expr& expr, const Type* to) {
 
 void Checker::ForceConvert(Expr*& expr, const Type* to) {
     if (expr->T == to) return;
+    if (to == mPtr && expr->T->Is(Kind::Nil)) {
+        expr = MakeExpr(ExprKind::Literal, expr->Line, mPtr);
+        expr->Value = int64_t{0};
+        return;
+    }
     if (expr->T->IsNumber() && to->IsNumber() && ConvertLiteral(*expr, to)) return;
     if (!expr->T->Is(Kind::Variant) && !to->Is(Kind::Variant) && !expr->T->Is(Kind::Nil)) {
         const bool user = expr->T->Is(Kind::Class) || to->Is(Kind::Class);
         Method* method = user ? UserConversion(expr->T, to) : nullptr;
         if (method && !expr->T->ComesFrom(to)) {
+            if (!Sees(method->Decl->Visible, method->Owner))
+                Fail(Error::ProtectedConversion, expr->Line, {expr->T->Name, to->Name, "Operator_Convert"});
             Expr* call = MakeExpr(ExprKind::Call, expr->Line, nullptr);
             if (method->Decl->IsFunction) {
                 FinishCall(call, *method, expr);

@@ -16,6 +16,7 @@ Checker::Checker(Tree& tree, Names& names, Types& types, const ScriptHost* host,
     mVariant = types.Of(Kind::Variant);
     mVoid = types.Of(Kind::Void);
     mNil = types.Of(Kind::Nil);
+    mPtr = types.Of(Kind::Ptr);
     mTop = types.Declare(Kind::Module, "");
     if (host) DeclareHost(*host);
 }
@@ -25,6 +26,7 @@ void Checker::Check() {
     mTree.Top.T = mTop;
     mOut.Classes.push_back(mTypes.Root());
     DeclareTypes(mTree.Top, mTop);
+    CollectImports();
     for (Type* type : mDeclared)
         ResolveHeritage(*type);
     DeclareMembers(mTree.Top, mTop);
@@ -32,9 +34,6 @@ void Checker::Check() {
         Arrange(*type);
     for (Type* type : mDeclared)
         if (type->Is(Kind::Class)) CheckInterfaces(*type);
-    for (Constant& constant : mOut.Constants)
-        Evaluate(constant);
-    CheckTopNames();
     std::optional<CompileError> first;
     const auto keep = [&](auto check) {
         try {
@@ -43,6 +42,10 @@ void Checker::Check() {
             if (!first || error.Line < first->Line) first = std::move(error);
         }
     };
+    for (Constant& constant : mOut.Constants)
+        keep([&] { Evaluate(constant); });
+    keep([this] { CheckTopNames(); });
+    keep([this] { CheckImports(); });
     keep([this] { CheckFirstValues(); });
     keep([this] { CheckMain(); });
     keep([this] { DeclareRest(); });
@@ -59,7 +62,16 @@ void Checker::CheckFirstValues() {
         mNow.Owner = variable.Sym->Owner;
         for (Expr*& bound : variable.Decl->Bounds)
             CheckInteger(bound, Error::BoundsNotInteger);
+        if (mNow.Owner->Is(Kind::Structure)) CheckStructureBound(variable);
         if (variable.Decl->Init) CheckConverted(variable.Decl->Init, variable.T, Error::AssignIncompatible);
+    }
+}
+
+// An array lies inside its structure, so its size is known beforehand.
+void Checker::CheckStructureBound(const Variable& field) const {
+    for (const Expr* bound : field.Decl->Bounds) {
+        if (bound->Kind != ExprKind::Literal) Fail(Error::ConstantExpected, field.Line);
+        if (std::get<int64_t>(bound->Value) < 0) Fail(Error::BoundsNotInteger, field.Line);
     }
 }
 
@@ -113,6 +125,8 @@ Symbol* Checker::Declare(Members& members, NameId name, Symbol::What what, uint3
         if (what == What::Methods && other == What::Methods) return found->second;
         if (pair(What::Property, What::Methods) || pair(What::Variable, What::Methods))
             Fail(Error::PropertySameAsMethod, line);
+        if (pair(What::Property, What::Event) || pair(What::Variable, What::Event))
+            Fail(Error::PropertySameAsEvent, line);
         if (what == What::Constant && other == What::Constant) Fail(Error::DuplicateConstant, line);
         if ((what == What::Property || what == What::Variable) &&
             (other == What::Property || other == What::Variable))
@@ -187,6 +201,8 @@ void Checker::DeclareMembers(TypeDecl& decl, Type* owner) {
     mNow.Owner = owner;
     for (ConstDecl& constant : decl.Consts)
         DeclareConstant(constant, owner);
+    for (MethodDecl* event : decl.Events)
+        DeclareEvent(*event, owner);
     for (PropertyDecl& property : decl.Properties)
         DeclareProperty(property, owner);
     for (MethodDecl* method : decl.Methods)
@@ -231,12 +247,14 @@ void Checker::DeclareStructure(TypeDecl& decl) {
         if (element->Is(Kind::String)) Fail(Error::StringFieldSize, field.Line);
         if (element->IsReference() && !element->Is(Kind::Structure))
             Fail(Error::StructureFieldType, field.Line);
-        if (fieldType->Is(Kind::Array)) Fail(Error::StructureFieldType, field.Line);
+        if (fieldType->Is(Kind::Array) && !field.HasBounds) Fail(Error::StructureFieldType, field.Line);
         Symbol* symbol = Declare(type->Own, field.Name, Symbol::What::Variable, field.Line);
         Variable& variable = mOut.Variables.emplace_back();
         variable.Where = Variable::Storage::Field;
         variable.Name = field.Name;
         variable.T = fieldType;
+        variable.Line = field.Line;
+        variable.Decl = &field;
         variable.Sym = symbol;
         variable.IsProperty = true;
         symbol->Var = &variable;
@@ -248,14 +266,18 @@ void Checker::DeclareStructure(TypeDecl& decl) {
 void Checker::DeclareDelegate(TypeDecl& decl) {
     Method& method = mOut.Methods.emplace_back();
     method.Decl = decl.Signature;
-    for (const Parameter& parameter : decl.Signature->Params) {
+    ResolveSignature(method);
+    CheckDelegateSignature(method);
+    decl.T->Signature = &method;
+}
+
+void Checker::CheckDelegateSignature(const Method& method) const {
+    for (const Parameter& parameter : method.Decl->Params) {
         if (parameter.IsOptional) Fail(Error::DelegateOptional, parameter.Line);
         if (parameter.IsExtends || parameter.IsAssigns || parameter.IsParamArray)
             Fail(Error::DelegateOptions, parameter.Line);
     }
-    ResolveSignature(method);
-    if (method.Result->Is(Kind::Structure)) Fail(Error::DelegateReturnsStructure, decl.Line);
-    decl.T->Signature = &method;
+    if (method.Result->Is(Kind::Structure)) Fail(Error::DelegateReturnsStructure, method.Decl->Line);
 }
 
 void Checker::DeclareProperty(PropertyDecl& property, Type* owner) {

@@ -53,6 +53,8 @@ void Checker::CheckExpr(Expr*& expr, const Type* expected) {
             return CheckSuper(*expr);
         case ExprKind::Cast:
             return CheckCast(expr);
+        case ExprKind::RaiseEvent:
+            return CheckRaiseEvent(*expr);
         default:
             return;
     }
@@ -62,6 +64,7 @@ void Checker::CheckExpr(Expr*& expr, const Type* expected) {
 void Checker::CheckValue(Expr*& expr, const Type* expected) {
     CheckExpr(expr, expected);
     if (expr->Kind == ExprKind::Methods) CallMethods(expr, expr->Sym->Overloads, expr->Left, nullptr);
+    if (expr->Kind == ExprKind::Event) Fail(Error::Syntax, expr->Line);
     if (expr->Kind == ExprKind::Namespace)
         Fail(Error::ValueExpected, expr->Line, {expected ? expected->Name : "Variant", expr->Other->Name});
     if (expr->T->Is(Kind::Void)) Fail(Error::NoValue, expr->Line);
@@ -153,9 +156,13 @@ void Checker::UseSymbol(Expr*& expr, Symbol& symbol, Expr* self) {
             expr->T = mVoid;
             return;
         case Symbol::What::Event:
-            break;
+            if (!self && !hasSelf) Fail(Error::InstanceMethodNeedsObject, expr->Line);
+            expr->Kind = ExprKind::Event;
+            expr->Sym = &symbol;
+            expr->Left = self ? self : ImplicitSelf(expr->Line);
+            expr->T = mVoid;
+            return;
     }
-    Fail(Error::Syntax, expr->Line);
 }
 
 void Checker::CheckMember(Expr*& expr) {
@@ -195,6 +202,8 @@ void Checker::CheckMember(Expr*& expr) {
         return;
     }
     if (CallNative(expr, Spell(expr->Name), base)) return;
+    if (type == mPtr) Fail(Error::PtrDereferenced, expr->Line);
+    if (CallLookup(expr, *expr, assigns)) return;
     Fail(Error::UndefinedMember, expr->Line);
 }
 

@@ -4,16 +4,21 @@
 
 namespace sorbel::script {
 
-// From the inside out: locals, members of the class and of what lies around it, the script's own names, the
-// host's, the built-in types.
+// From the inside out: locals, members of the class and of what lies around it, the script's own names and
+// what it imports, the host's, the built-in types.
 Symbol* Checker::FindName(NameId name) {
     for (size_t at = mNow.Scopes.size(); at-- > 0;)
         if (const auto found = mNow.Scopes[at].find(name); found != mNow.Scopes[at].end())
             return found->second;
-    for (Type* around = mNow.Owner; around && around != mTop; around = around->Owner)
+    for (Type* around = mNow.Owner; around && around != mTop; around = around->Owner) {
         if (Symbol* found = FindMember(around, name)) return found;
+        if (Symbol* found = FindImported(around, name)) return found;
+    }
     if (const auto found = mTopVariables.find(name); found != mTopVariables.end()) return found->second;
     if (Symbol* found = FindMember(mTop, name)) return found;
+    // In the main program a Using counts from its line on.
+    if (!mNow.InMain)
+        if (Symbol* found = FindImported(mTop, name)) return found;
     for (const Type* type : mDeclared) {
         if (!type->Is(Kind::Module)) continue;
         const auto found = type->Own.find(name);
@@ -62,12 +67,17 @@ size_t Distance(const String& a, const String& b) {
 
 }  // namespace
 
-void Checker::CheckVisible(const Symbol& symbol, uint32_t line) const {
-    if (symbol.Visible == Visibility::Public || symbol.Visible == Visibility::Global || !symbol.Owner) return;
-    if (Inside(mNow.Owner, symbol.Owner)) return;
-    if (symbol.Visible == Visibility::Protected)
+bool Checker::Sees(Visibility visible, const Type* owner) const {
+    if (visible == Visibility::Public || visible == Visibility::Global || !owner) return true;
+    if (Inside(mNow.Owner, owner)) return true;
+    if (visible == Visibility::Protected)
         for (const Type* place = mNow.Owner; place; place = place->Owner)
-            if (place->ComesFrom(symbol.Owner)) return;
+            if (place->ComesFrom(owner)) return true;
+    return false;
+}
+
+void Checker::CheckVisible(const Symbol& symbol, uint32_t line) const {
+    if (Sees(symbol.Visible, symbol.Owner)) return;
     switch (symbol.Is) {
         case Symbol::What::Methods:
             Fail(Error::ProtectedMethod, line);

@@ -40,14 +40,41 @@ Kind LetterKind(char letter) {
 
 }  // namespace
 
+// The delegate that compares two elements of an array for the library.
+const Type* Checker::ComparisonOf(const Type* array) {
+    const Type*& type = mComparisons[array];
+    if (type) return type;
+    MethodDecl& decl = mTree.Methods.emplace_back();
+    decl.Params.resize(2);
+    for (Parameter& parameter : decl.Params)
+        parameter.T = array->Element;
+    Method& signature = mOut.Methods.emplace_back();
+    signature.Decl = &decl;
+    signature.Result = mInteger;
+    Type* made = mTypes.Declare(Kind::Delegate, "");
+    made->Signature = &signature;
+    return type = made;
+}
+
+bool Checker::Compares(const Expr& argument, const Type* array) const {
+    if (argument.Kind == ExprKind::AddressOf && !argument.T) return true;  // told later
+    const Type* type = argument.T;
+    if (!type || !type->Is(Kind::Delegate) || !array || !array->Is(Kind::Array)) return false;
+    const std::vector<Parameter>& params = type->Signature->Decl->Params;
+    const auto fits = [&](const Parameter& parameter) {
+        return parameter.T == array->Element && !parameter.ByRef;
+    };
+    return params.size() == 2 && fits(params[0]) && fits(params[1]) && type->Signature->Result == mInteger;
+}
+
 int Checker::LetterCost(char letter, const Expr& argument, const Type* array) const {
     const Type* type = argument.T;
+    if (letter == 'F') return Compares(argument, array) ? 0 : -1;
+    if (letter == 'E') return array && array->Is(Kind::Array) ? Cost(argument, array->Element) : -1;
     if (!type) return -1;
     switch (letter) {
         case 'A':
             return type->Is(Kind::Array) ? 0 : -1;
-        case 'E':
-            return array ? TypeCost(type, array->Element) : -1;
         case 'T':
             return type->Is(Kind::Array) && type->Rank == 1 && type->Element->Is(Kind::String) ? 0 : -1;
         default:
@@ -82,8 +109,6 @@ bool Checker::CallNative(Expr*& expr, StringView name, Expr* base) {
     if (base) std::erase_if(functions, foreign);
     if (functions.empty()) return false;
     CheckArguments(expr->Args);
-    for (const Expr* argument : expr->Args)
-        if (!argument->T) Fail(Error::TypeMismatch, expr->Line);
     if (base) expr->Args.insert(expr->Args.begin(), base);
     const NativeFunction* best = nullptr;
     int least = 0;
@@ -94,8 +119,9 @@ bool Checker::CallNative(Expr*& expr, StringView name, Expr* base) {
         least = cost;
     }
     if (!best) FailNative(*expr, functions);
-    if (StringView(best->Name) == "Sort" && expr->Args[0]->T->Element->K > Kind::String)
-        Fail(Error::NotSortable, expr->Line);
+    const bool plain =
+        StringView(best->Name) == "SortWith" || (StringView(best->Name) == "Sort" && expr->Args.size() == 1);
+    if (plain && expr->Args[0]->T->Element->K > Kind::String) Fail(Error::NotSortable, expr->Line);
     expr->Kind = ExprKind::Native;
     FinishNative(*expr, *best);
     return true;
@@ -109,7 +135,9 @@ void Checker::FinishNative(Expr& expr, const NativeFunction& function) {
         const Type* type = letter == 'E' ? array->Element : mTypes.Of(LetterKind(letter));
         if (at >= expr.Args.size())
             expr.Args.push_back(MakeExpr(ExprKind::Missing, expr.Line, letter == 'I' ? nullptr : type));
-        else if (letter != 'A' && letter != 'T')
+        else if (letter == 'F' && !expr.Args[at]->T)
+            Convert(expr.Args[at], ComparisonOf(array));
+        else if (letter != 'A' && letter != 'T' && letter != 'F')
             Convert(expr.Args[at], type);
     }
     expr.Left = expr.Right = nullptr;
@@ -137,10 +165,13 @@ void Checker::FailNative(const Expr& expr, const std::vector<const NativeFunctio
     const auto letterName = [&](char letter) {
         if (letter == 'A') return String("an array");
         if (letter == 'T') return String("String()");
+        if (letter == 'F') return String("Delegate");
         if (letter == 'E')
             return expr.Args[0]->T->Is(Kind::Array) ? expr.Args[0]->T->Element->Name : "an element";
         return mTypes.Of(LetterKind(letter))->Name;
     };
+    for (const Expr* argument : expr.Args)
+        if (!argument->T) Fail(Error::TypeMismatch, expr.Line);
     const size_t given = expr.Args.size();
     size_t least = SIZE_MAX, most = 0;
     bool counts = false;

@@ -5,6 +5,7 @@ namespace sorbel::script {
 // An operator that the types do not have. The more is known, the more the message says.
 void Checker::FailOperator(const Expr& expr) const {
     const Type* left = expr.Left->T;
+    if (left->Is(Kind::Nil)) Fail(Error::UndefinedOperator, expr.Line);  // it has no type to name
     if (!expr.Right) Fail(Error::NoOperator, expr.Line, {left->Name, Spelling(expr.Operator)});
     if (left->Is(Kind::Array) || expr.Right->T->Is(Kind::Array)) Fail(Error::UseWholeArray, expr.Line);
     const bool text = expr.Operator == Op::Add || IsComparison(expr.Operator);
@@ -152,10 +153,15 @@ void Checker::CheckComparison(Expr*& expr) {
     if (left->Is(Kind::String) && right->Is(Kind::String)) return;
     if (left == right && left->Is(Kind::Enum)) return;
     if (equality) {
-        if (left == right && (left->Is(Kind::Boolean) || left->Is(Kind::Color) || left->Is(Kind::Delegate)))
+        if (left == right && (left->Is(Kind::Boolean) || left->Is(Kind::Color) || left->Is(Kind::Ptr) ||
+                              left->Is(Kind::Delegate)))
             return;
         if (left->IsObject() && right->IsObject()) return;
         const Type* other = left->Is(Kind::Nil) ? right : left;
+        if (nil && other == mPtr) {
+            ForceConvert(expr->Left, mPtr);
+            return ForceConvert(expr->Right, mPtr);
+        }
         if (nil && (other->Is(Kind::Variant) || other->Is(Kind::Array) || other->Is(Kind::Delegate))) return;
         if (left->Is(Kind::Array) && left == right) return;
     }
@@ -181,6 +187,9 @@ bool Checker::TryOperatorMethod(Expr*& expr) {
         return static_cast<Expr*>(nullptr);
     };
     if (!*suffix) return false;
+    // Whether there is an object at all is no matter of its class.
+    const bool nil = expr->Left->T->Is(Kind::Nil) || (expr->Right && expr->Right->T->Is(Kind::Nil));
+    if (nil && (expr->Operator == Op::Equal || expr->Operator == Op::NotEqual)) return false;
     const String name = String("Operator_") + suffix;
     Expr* made = nullptr;
     bool swapped = false;
@@ -205,6 +214,25 @@ bool Checker::TryOperatorMethod(Expr*& expr) {
     expr->Right = swapped ? made : zero;
     expr->T = mBoolean;
     return true;
+}
+
+// A method of the object that a notation stands for; false if its class has none.
+bool Checker::CallOperator(Expr*& expr, const char* name, Expr* self, bool assigns) {
+    if (!self->T->Is(Kind::Class) && !self->T->Is(Kind::Interface)) return false;
+    const Symbol* symbol = FindMember(self->T, mNames.Intern(name));
+    if (!symbol || symbol->Is != Symbol::What::Methods) return false;
+    CheckVisible(*symbol, expr->Line);
+    CallAssignable(expr, symbol->Overloads, self, assigns);
+    return true;
+}
+
+// `object.name`, where the class has no such member: Operator_Lookup is given the name as it is written.
+bool Checker::CallLookup(Expr*& expr, const Expr& member, bool assigns) {
+    Expr* name = MakeExpr(ExprKind::Literal, member.Line, mString);
+    name->Value = member.Value;
+    Expr* self = member.Left;
+    expr->Args.insert(expr->Args.begin(), name);
+    return CallOperator(expr, "Operator_Lookup", self, assigns);
 }
 
 }  // namespace sorbel::script

@@ -7,6 +7,7 @@ namespace sorbel::script {
 void Checker::CheckMain() {
     mNow = {};
     mNow.Owner = mTop;
+    mNow.InMain = true;
     CollectLabels(mTree.Main);
     mNow.Scopes.emplace_back();
     // Variables of the outermost block are everyone's; each is declared when its line is reached, and stays
@@ -98,31 +99,18 @@ void Checker::CheckStatement(Stmt& statement) {
             return CheckReturn(statement);
         case StmtKind::ReDim:
             return CheckReDim(statement);
+        case StmtKind::AddHandler:
+        case StmtKind::RemoveHandler:
+            return CheckHandler(statement);
+        case StmtKind::Using:
+            return CheckUsing(statement);
         case StmtKind::Label:
             return;
         case StmtKind::Goto:
             if (!mNow.Labels.contains(statement.Name)) Fail(Error::GotoTarget, statement.Line);
             return;
         case StmtKind::Const:
-            for (ConstDecl& decl : statement.Consts) {
-                CheckValue(decl.Init);
-                if (decl.Named.Given()) {
-                    const Type* type = FindWholeType(decl.Named);
-                    if (type->K >= Kind::Variant) Fail(Error::ConstantType, decl.Line);
-                    CheckConverted(decl.Init, type, Error::AssignIncompatible);
-                }
-                if (decl.Init->Kind != ExprKind::Literal) Fail(Error::ConstNeedsConstant, decl.Line);
-                Symbol*& slot = mNow.Scopes.back()[decl.Name];
-                if (slot) Fail(slot->Var ? Error::LocalSameAsConstant : Error::DuplicateConstant, decl.Line);
-                slot = &mOut.Symbols.emplace_back();
-                slot->Is = Symbol::What::Constant;
-                slot->Name = decl.Name;
-                slot->Const = &mOut.Constants.emplace_back();
-                slot->Const->Progress = Constant::State::Done;
-                slot->Const->T = decl.Init->T;
-                slot->Const->Value = decl.Init->Value;
-            }
-            return;
+            return CheckConsts(statement);
         case StmtKind::If:
             for (Branch& branch : statement.Branches) {
                 CheckCondition(branch.Condition);
@@ -132,7 +120,7 @@ void Checker::CheckStatement(Stmt& statement) {
         case StmtKind::While:
         case StmtKind::Do:
             if (statement.A && !statement.AtEnd) CheckCondition(statement.A);
-            mNow.Blocks.push_back(statement.Kind == StmtKind::Do ? BlockKind::Do : BlockKind::While);
+            mNow.Blocks.push_back({statement.Kind == StmtKind::Do ? BlockKind::Do : BlockKind::While});
             CheckBlock(statement.Body);
             mNow.Blocks.pop_back();
             if (statement.A && statement.AtEnd) CheckCondition(statement.A);
@@ -144,6 +132,27 @@ void Checker::CheckStatement(Stmt& statement) {
                 Fail(Error::NotAnException, statement.Line);
             return;
         }
+    }
+}
+
+void Checker::CheckConsts(Stmt& statement) {
+    for (ConstDecl& decl : statement.Consts) {
+        CheckValue(decl.Init);
+        if (decl.Named.Given()) {
+            const Type* type = FindWholeType(decl.Named);
+            if (type->K >= Kind::Variant) Fail(Error::ConstantType, decl.Line);
+            CheckConverted(decl.Init, type, Error::AssignIncompatible);
+        }
+        if (decl.Init->Kind != ExprKind::Literal) Fail(Error::ConstNeedsConstant, decl.Line);
+        Symbol*& slot = mNow.Scopes.back()[decl.Name];
+        if (slot) Fail(slot->Var ? Error::LocalSameAsConstant : Error::DuplicateConstant, decl.Line);
+        slot = &mOut.Symbols.emplace_back();
+        slot->Is = Symbol::What::Constant;
+        slot->Name = decl.Name;
+        slot->Const = &mOut.Constants.emplace_back();
+        slot->Const->Progress = Constant::State::Done;
+        slot->Const->T = decl.Init->T;
+        slot->Const->Value = decl.Init->Value;
     }
 }
 
@@ -204,6 +213,7 @@ void Checker::CheckExpressionStatement(Stmt& statement) {
             if (expr.Target->IsAccessor || (expr.Target->Host >= 0 && expr.Target->Sym->Prop)) break;
             [[fallthrough]];
         case ExprKind::InvokeDelegate:
+        case ExprKind::RaiseEvent:
             if (!expr.T->Is(Kind::Void) && !statement.Explicit) Fail(Error::UnusedResult, statement.Line);
             return;
         case ExprKind::Native:
@@ -229,7 +239,7 @@ void Checker::CheckSelect(Stmt& statement) {
     if (statement.A->T->Is(Kind::Array)) Fail(Error::UseWholeArray, statement.Line);
     statement.Hidden = Hidden(statement.A->T->Is(Kind::Nil) ? mVariant : statement.A->T);
     ForceConvert(statement.A, statement.Hidden->T);
-    mNow.Blocks.push_back(BlockKind::Select);
+    mNow.Blocks.push_back({BlockKind::Select});
     for (Branch& branch : statement.Branches) {
         for (CaseTest& test : branch.Tests)
             CheckCase(test, *statement.Hidden, branch.Line);
@@ -292,7 +302,7 @@ void Checker::CheckFor(Stmt& statement) {
         if (statement.Down || negative) Fail(Error::UnsignedDownwards, statement.Line);
     }
     statement.Hidden = Hidden(type);
-    mNow.Blocks.push_back(BlockKind::For);
+    mNow.Blocks.push_back({BlockKind::For, statement.Name});
     CheckBlock(statement.Body);
     mNow.Blocks.pop_back();
     mNow.Scopes.pop_back();
@@ -302,7 +312,10 @@ void Checker::CheckForEach(Stmt& statement) {
     mNow.Scopes.emplace_back();
     CheckValue(statement.A);
     const Type* array = statement.A->T;
-    if (array->IsObject()) Fail(Error::NotIterable, statement.Line);
+    if (array->IsObject()) {
+        const Symbol* iterable = FindMember(mTop, mNames.Intern("Iterable"));
+        Fail(array->ComesFrom(iterable->T) ? Error::IterableObject : Error::NotIterable, statement.Line);
+    }
     if (!array->Is(Kind::Array) || array->Rank != 1) Fail(Error::NotAnArray, statement.Line);
     if (statement.DeclaresCounter) {
         statement.Var = DeclareLocal(statement.Name, FindWholeType(statement.Named), statement.Line);
@@ -321,14 +334,14 @@ void Checker::CheckForEach(Stmt& statement) {
     element->Args.push_back(Reference(*statement.Index, statement.Line));
     statement.B = element;
     if (!Convert(statement.B, statement.Var->T)) Fail(Error::TypeMismatch, statement.Line);
-    mNow.Blocks.push_back(BlockKind::For);
+    mNow.Blocks.push_back({BlockKind::For, statement.Name});
     CheckBlock(statement.Body);
     mNow.Blocks.pop_back();
     mNow.Scopes.pop_back();
 }
 
 void Checker::CheckTry(Stmt& statement) {
-    mNow.Blocks.push_back(BlockKind::Try);
+    mNow.Blocks.push_back({BlockKind::Try});
     CheckBlock(statement.Body);
     const Type* root = FindMember(mTop, mNames.Intern("RuntimeException"))->T;
     for (Branch& branch : statement.Branches) {
@@ -350,7 +363,9 @@ void Checker::CheckLeave(const Stmt& statement) const {
         return kind == BlockKind::For || kind == BlockKind::While || kind == BlockKind::Do;
     };
     const auto inside = [&](auto test) {
-        return std::any_of(mNow.Blocks.begin(), mNow.Blocks.end(), test);
+        return std::any_of(mNow.Blocks.begin(), mNow.Blocks.end(), [&](const Context::OpenBlock& block) {
+            return (!statement.HasName || block.Counter == statement.Name) && test(block.Kind);
+        });
     };
     bool found = false;
     switch (statement.Target) {
@@ -374,9 +389,10 @@ void Checker::CheckLeave(const Stmt& statement) const {
     }
     static constexpr const char* names[] = {"loop", "For",      "While", "Do",      "Select",
                                             "Sub",  "Function", "Try",   "Property"};
-    if (!found)
-        Fail(Error::NoBlock, statement.Line,
-             {names[static_cast<size_t>(statement.Target)], exits ? "Exit" : "Continue"});
+    if (found) return;
+    const String counter = statement.HasName ? " " + Spell(statement.Name) : "";
+    Fail(Error::NoBlock, statement.Line,
+         {names[static_cast<size_t>(statement.Target)] + counter, exits ? "Exit" : "Continue"});
 }
 
 void Checker::CheckReturn(Stmt& statement) {
@@ -436,6 +452,8 @@ void Checker::CheckAssign(Stmt& statement) {
             Fail(Error::Syntax, statement.Line);
     }
     const bool array = target->T->Is(Kind::Array);
+    if (array && target->Kind == ExprKind::Field && target->Left->T->Is(Kind::Structure))
+        Fail(Error::AssignWholeArray, statement.Line);
     CheckConverted(statement.B, target->T, array ? Error::AssignWholeArray : Error::AssignIncompatible);
 }
 

@@ -52,6 +52,11 @@ void Emitter::EmitClass(Type& type) {
         info.ReferenceField.push_back(field->T->IsReference());
         const bool structure = field->T->Is(Kind::Structure);
         info.StructureField.push_back(structure ? &mProgram.Classes[field->T->Index] : nullptr);
+        if (info.IsStructure && field->T->Is(Kind::Array)) {
+            const uint32_t shape = ArrayShapeOf(field->T);
+            const int64_t bound = std::get<int64_t>(field->Decl->Bounds[0]->Value);
+            info.FixedArrays.push_back({field->Index, mProgram.Arrays[shape], bound + 1});
+        }
         starts |= field->T->Is(Kind::Array) || (field->Decl && field->Decl->Init);
     }
     for (const Method* method : type.Virtual)
@@ -390,6 +395,7 @@ ElementKind ElementKindOf(const Type& type) {
         case Kind::Int64:
         case Kind::UInt64:
         case Kind::Double:
+        case Kind::Ptr:
         case Kind::Enum:
             return ElementKind::I64;
         default:

@@ -31,6 +31,7 @@ class Emitter {
         Label* Exit;
         Label* Continue;
         size_t Finallies;
+        NameId Counter = 0;  // of a For
     };
     struct Finally {
         Label* Start;
@@ -82,7 +83,7 @@ class Emitter {
     void EmitSelect(const Stmt& statement);
     void EmitFor(const Stmt& statement);
     void EmitForStep(const Stmt& statement, Register counter, Label& top);
-    void EmitForAny(const Stmt& statement, Register counter, Label& exit);
+    void EmitForAny(const Stmt& statement, Register counter, Register step, Label& exit);
     void EmitForEach(const Stmt& statement);
     void EmitWhile(const Stmt& statement);
     void EmitDo(const Stmt& statement);
@@ -131,6 +132,7 @@ class Emitter {
     };
     void EmitCall(const Expr& expr, Register to);
     void EmitDelegateCall(const Expr& expr, Register to);
+    void EmitRaiseEvent(const Expr& expr, Register to);
     void EmitNative(const Expr& expr, Register to);
     void EmitHost(const Expr& expr, Register to);
     void PassArguments(std::vector<Argument>& arguments, const MethodDecl& decl, size_t first,

@@ -14,6 +14,7 @@ bool Emitter::MayChange(const Expr& expr) const {
     switch (expr.Kind) {
         case ExprKind::Invoke:
         case ExprKind::InvokeDelegate:
+        case ExprKind::RaiseEvent:
         case ExprKind::Host:
         case ExprKind::New:
             return true;
@@ -156,13 +157,39 @@ void Emitter::EmitDelegateCall(const Expr& expr, Register to) {
     Expr nothing;
     nothing.T = mInteger;
     nothing.Value = int64_t{0};
-    arguments.push_back({&nothing});
-    for (const Expr* argument : expr.Args)
+    arguments.push_back({&nothing, delegate});
+    bool changes = false;  // an argument may be the end of what a weak delegate calls
+    for (const Expr* argument : expr.Args) {
         arguments.push_back({argument});
-    PassArguments(arguments, *expr.Target->Decl, 1);
+        changes |= MayChange(*argument);
+    }
+    PassArguments(arguments, *expr.Target->Decl, 1, changes);
     mLine = expr.Line;
     Put(Code::CallDelegate, to, delegate);
     TakeBack(arguments, *expr.Target->Decl, 1);
+}
+
+// Without anyone who answers, the event's result is empty.
+void Emitter::EmitRaiseEvent(const Expr& expr, Register to) {
+    Variable handler;
+    handler.T = expr.Left->T;
+    handler.Index = Own(*expr.Left);
+    const Register answered = Temp(mBoolean);
+    Put(Code::Move, Window(0), handler.Index);
+    PutWide(Code::CallNative, answered, NativeIndex(Native(".Handled")));
+    Label none, done;
+    JumpWide(Code::JumpUnless, answered, none);
+    Expr held;
+    held.Kind = ExprKind::Variable;
+    held.T = handler.T;
+    held.Var = &handler;
+    Expr call = expr;
+    call.Left = &held;
+    EmitDelegateCall(call, to);
+    JumpTo(done);
+    Place(none);
+    if (!expr.T->Is(Kind::Void)) Initialise(expr.T, to);
+    Place(done);
 }
 
 // The library borrows its arguments: they stay where they are and only their addresses are passed.

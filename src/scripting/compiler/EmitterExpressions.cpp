@@ -69,6 +69,8 @@ void Emitter::Into(const Expr& expr, Register to, bool place) {
             return EmitCall(expr, to);
         case ExprKind::InvokeDelegate:
             return EmitDelegateCall(expr, to);
+        case ExprKind::RaiseEvent:
+            return EmitRaiseEvent(expr, to);
         case ExprKind::Native:
             return EmitNative(expr, to);
         case ExprKind::Host:

@@ -22,6 +22,7 @@ void Emitter::EmitFor(const Stmt& statement) {
         step = Temp(type);
         Into(*statement.C, step);
         if (statement.C->Kind == ExprKind::Literal) literal = std::get_if<int64_t>(&statement.C->Value);
+        if (literal && *literal == 0) literal = nullptr;  // fails when it is reached
     }
     Put(Code::Move, counter, first);
     const bool one = !statement.C || (literal && *literal == 1);
@@ -45,7 +46,7 @@ void Emitter::EmitFor(const Stmt& statement) {
         else
             JumpShort(leave || strictly ? Code::JLtI : Code::JLeI, leave ? b : a, leave ? a : b, target);
     };
-    const bool known = !statement.C || literal || statement.C->Kind == ExprKind::Literal;
+    const bool known = !statement.C || literal;
     if (known && !(statement.Down && statement.C) && (plain || !statement.C)) {
         compare(false, exit, true);
         Place(top);
@@ -71,7 +72,7 @@ void Emitter::EmitFor(const Stmt& statement) {
             EmitForStep(statement, counter, top);
         }
     } else {
-        EmitForAny(statement, counter, exit);
+        EmitForAny(statement, counter, step, exit);
     }
     Place(exit);
     Place(out);
@@ -119,20 +120,19 @@ void Emitter::EmitForStep(const Stmt& statement, Register counter, Label& top) {
 }
 
 // A step that is only known when the loop starts, or is no whole number: its sign decides the comparison.
-void Emitter::EmitForAny(const Stmt& statement, Register counter, Label& exit) {
+// Nothing would end a loop with a step of 0.
+void Emitter::EmitForAny(const Stmt& statement, Register counter, Register step, Label& exit) {
     const Type* type = statement.Var->T;
     const auto limit = static_cast<Register>(statement.Hidden->Index);
     const bool direct = IsDirect(*statement.Var);
     const size_t mark = Mark();
-    const Register step = Temp(type), zero = Temp(type), before = Temp(type);
-    if (statement.C)
-        Into(*statement.C, step);
-    else
-        PutWide(Code::LoadInt, step, 1);
+    const Register zero = Temp(type), before = Temp(type);
     if (statement.Down) Put(type->IsReal() ? Code::NegF : Code::NegI, step, step);
     PutWide(Code::LoadInt, zero, 0);  // also the real number
     Label top, up, test, body, next;
     const bool real = type->IsReal(), big = type->Is(Kind::UInt64);
+    JumpShort(real ? Code::JNeF : Code::JNeI, step, zero, test);
+    PutWide(Code::CallNative, before, NativeIndex(Native(".NoStep")));
     const Code less = real ? Code::JLtF : big ? Code::JLtU : Code::JLtI;
     const Code lessEqual = real ? Code::JLeF : big ? Code::JLeU : Code::JLeI;
     Place(test);
@@ -170,6 +170,7 @@ void Emitter::EmitForAny(const Stmt& statement, Register counter, Label& exit) {
         Place(rising);
         JumpShort(less, counter, before, exit);
     }
+    if (big) JumpShort(less, counter, before, exit);
     JumpTo(test);
     FreeTemps(mark);
 }

@@ -36,6 +36,9 @@ void Emitter::EmitStatement(const Stmt& statement) {
         case StmtKind::Dim:
             return EmitDim(statement);
         case StmtKind::Const:
+        case StmtKind::Using:
+        case StmtKind::AddHandler:  // a call since it was checked
+        case StmtKind::RemoveHandler:
             return;
         case StmtKind::If:
             return EmitIf(statement);
@@ -190,7 +193,7 @@ void Emitter::EmitSelect(const Stmt& statement) {
 }
 
 void Emitter::EmitLoopBody(const Stmt& statement, BlockKind kind, Label& exit, Label& next) {
-    mOpen.push_back({kind, &exit, &next, mFinallies.size()});
+    mOpen.push_back({kind, &exit, &next, mFinallies.size(), statement.Name});
     EmitBlock(statement.Body);
     mOpen.pop_back();
     Place(next);
@@ -231,6 +234,7 @@ void Emitter::EmitLeave(const Stmt& statement) {
         const bool any = statement.Target == BlockKind::Any &&
                          (open.Kind != BlockKind::Try && (exits || open.Kind != BlockKind::Select));
         if (!any && open.Kind != statement.Target) continue;
+        if (statement.HasName && open.Counter != statement.Name) continue;
         RunFinallies(open.Finallies);
         return JumpTo(exits ? *open.Exit : *open.Continue);
     }

@@ -14,6 +14,9 @@ void FailOutOfBounds() {
 void FailNil() {
     throw Failure{"NilObjectException", "An object is needed where there is none."};
 }
+void FailFixed() {
+    throw Failure{"InvalidArgumentException", "The array of a structure keeps its size."};
+}
 void FailType(const std::string& message) {
     throw Failure{"TypeMismatchException", message};
 }
@@ -121,7 +124,22 @@ Object* Memory::NewObject(const ClassInfo& cls) {
     for (uint32_t index = 0; index < object->Count; ++index)
         new (&object->Fields()[index]) Slot;
     Link(object);
+    if (!cls.FixedArrays.empty()) MakeArrays(*object);
     return object;
+}
+
+void Memory::MakeArrays(Object& structure) {
+    for (const auto& [field, shape, count] : structure.Class->FixedArrays) {
+        Array* array = NewArray(shape.T, shape.Element, 1, shape.Structure);
+        array->Fixed = true;
+        structure.Fields()[field].A = array;
+        if (count > static_cast<int64_t>(Limit / ElementSize(shape.Element)))
+            throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+        const size_t size = static_cast<size_t>(count) * ElementSize(shape.Element);
+        array->Data = static_cast<char*>(Allocate(size));
+        std::memset(array->Data, 0, size);
+        array->Count = array->Capacity = count;
+    }
 }
 
 Delegate* Memory::NewDelegate() {

@@ -38,6 +38,7 @@ struct Failure {
 };
 [[noreturn]] void FailOutOfBounds();
 [[noreturn]] void FailNil();
+[[noreturn]] void FailFixed();
 [[noreturn]] void FailType(const std::string& message);
 
 enum class HeapKind : uint8_t { Text, Box, Array, Object, Delegate };
@@ -82,6 +83,7 @@ struct Array : Linked {
     const Type* T = nullptr;
     const ClassInfo* Structure = nullptr;  // of the elements
     ElementKind Element = ElementKind::I64;
+    bool Fixed = false;  // it is part of a structure
     uint32_t Rank = 1;
     int64_t Count = 0;  // elements in all dimensions together
     int64_t Capacity = 0;
@@ -129,7 +131,7 @@ class Memory {
     void DropIndex(Text& text);
     Box* NewBox(const Type* type, Slot value);
     Array* NewArray(const Type* type, ElementKind element, uint32_t rank, const ClassInfo* structure);
-    Object* NewObject(const ClassInfo& cls);
+    Object* NewObject(const ClassInfo& cls);  ///< with the arrays of a structure
     Delegate* NewDelegate();
 
     /// One reference less. What nothing refers to any more goes, without recursion however long a chain it
@@ -153,6 +155,7 @@ class Memory {
     void FreeAll();
 
   private:
+    void MakeArrays(Object& structure);
     void Link(Linked* thing);
     void Unlink(Linked* thing);
     void Drop(Heap* thing);

@@ -13,7 +13,7 @@ struct Table {
 
     Table() {
         for (const auto part : {TextFunctions(), ConversionFunctions(), NumberFunctions(), ArrayFunctions(),
-                                VariantFunctions()})
+                                SortingFunctions(), EventFunctions(), VariantFunctions()})
             for (const NativeFunction& function : part) {
                 ByName[Fold(function.Name)].push_back(&function);
                 Indices.emplace(&function, static_cast<uint32_t>(Functions.size()));
@@ -78,6 +78,8 @@ Class InvalidArgumentException Inherits RuntimeException
 End Class
 Class IOException Inherits RuntimeException
 End Class
+Interface Iterable
+End Interface
 )";
 }
 

@@ -11,7 +11,18 @@ namespace sorbel::script {
 [[nodiscard]] std::span<const NativeFunction> ConversionFunctions();
 [[nodiscard]] std::span<const NativeFunction> NumberFunctions();
 [[nodiscard]] std::span<const NativeFunction> ArrayFunctions();
+[[nodiscard]] std::span<const NativeFunction> SortingFunctions();
+[[nodiscard]] std::span<const NativeFunction> EventFunctions();
 [[nodiscard]] std::span<const NativeFunction> VariantFunctions();
+
+/// The array that an argument holds; one that is nothing fails.
+[[nodiscard]] Array& HeldArray(const Slot& slot);
+/// The same, of one dimension.
+[[nodiscard]] Array& FlatArray(const Slot& slot);
+/// An element, borrowed.
+[[nodiscard]] Slot ReadElement(const Array& array, int64_t index);
+/// Puts a value in a place that holds nothing yet, with a reference of its own.
+void WriteElement(Array& array, int64_t index, Slot value);
 
 /// What a whole number is that a call leaves out.
 inline constexpr int64_t Missing = INT64_MIN;

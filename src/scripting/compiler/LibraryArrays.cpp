@@ -5,20 +5,18 @@
 
 namespace sorbel::script {
 
-namespace {
-
-Array& Held(const Slot& slot) {
+Array& HeldArray(const Slot& slot) {
     if (!slot.A) FailNil();
     return *slot.A;
 }
 
-Array& Flat(const Slot& slot) {
-    Array& array = Held(slot);
+Array& FlatArray(const Slot& slot) {
+    Array& array = HeldArray(slot);
     if (array.Rank != 1) throw Failure{"InvalidArgumentException", "This needs an array of one dimension."};
     return array;
 }
 
-Slot Read(const Array& array, int64_t index) {
+Slot ReadElement(const Array& array, int64_t index) {
     Slot slot;
     Array& a = const_cast<Array&>(array);
     switch (array.Element) {
@@ -51,7 +49,7 @@ Slot Read(const Array& array, int64_t index) {
 }
 
 // Puts a value in a place that holds nothing yet.
-void Write(Array& array, int64_t index, Slot value) {
+void WriteElement(Array& array, int64_t index, Slot value) {
     switch (array.Element) {
         case ElementKind::I8:
         case ElementKind::U8:
@@ -77,6 +75,15 @@ void Write(Array& array, int64_t index, Slot value) {
     }
 }
 
+namespace {
+
+/// An array of one dimension that may get more or less elements.
+Array& Growing(const Slot& slot) {
+    Array& array = FlatArray(slot);
+    if (array.Fixed) FailFixed();
+    return array;
+}
+
 void Insert(Machine& machine, Array& array, int64_t index, Slot value) {
     if (index < 0 || index > array.Count) FailOutOfBounds();
     const size_t size = ElementSize(array.Element);
@@ -85,13 +92,18 @@ void Insert(Machine& machine, Array& array, int64_t index, Slot value) {
     char* place = array.Data + static_cast<size_t>(index) * size;
     std::memmove(place + size, place, static_cast<size_t>(behind) * size);
     std::memset(place, 0, size);
-    Write(array, index, value);
+    WriteElement(array, index, value);
+}
+
+void Append(Machine& machine, Slot* a) {
+    Array& array = Growing(a[0]);
+    Insert(machine, array, array.Count, a[1]);
 }
 
 // Takes an element out, with its reference.
 Slot TakeOut(Array& array, int64_t index) {
     if (index < 0 || index >= array.Count) FailOutOfBounds();
-    const Slot value = Read(array, index);
+    const Slot value = ReadElement(array, index);
     const size_t size = ElementSize(array.Element);
     char* place = array.Data + static_cast<size_t>(index) * size;
     std::memmove(place, place + size, static_cast<size_t>(array.Count - index - 1) * size);
@@ -100,14 +112,15 @@ Slot TakeOut(Array& array, int64_t index) {
 }
 
 void Remove(Machine& machine, Slot* a) {
-    Array& array = Flat(a[0]);
+    Array& array = Growing(a[0]);
     const Slot value = TakeOut(array, a[1].I);
     // The element may be the last that holds the array itself, so the array is not touched any more.
     if (array.Element == ElementKind::Reference) machine.Store().Release(value.H);
 }
 
 void RemoveAll(Machine& machine, Slot* a) {
-    Array& array = Held(a[0]);
+    Array& array = HeldArray(a[0]);
+    if (array.Fixed) FailFixed();
     Array* gone = machine.Store().NewArray(array.T, array.Element, array.Rank, array.Structure);
     std::swap(gone->Data, array.Data);
     std::swap(gone->Count, array.Count);
@@ -117,7 +130,7 @@ void RemoveAll(Machine& machine, Slot* a) {
 }
 
 void Pop(Machine&, Slot* a) {
-    Array& array = Flat(a[0]);
+    Array& array = Growing(a[0]);
     a[0] = TakeOut(array, array.Count - 1);
 }
 
@@ -139,45 +152,17 @@ bool Same(const Array& array, Slot a, Slot b) {
 }
 
 void IndexOf(Machine&, Slot* a) {
-    const Array& array = Flat(a[0]);
+    const Array& array = FlatArray(a[0]);
     for (int64_t at = std::max<int64_t>(Given(a[2].I, 0), 0); at < array.Count; ++at)
-        if (Same(array, Read(array, at), a[1])) {
+        if (Same(array, ReadElement(array, at), a[1])) {
             a[0].I = at;
             return;
         }
     a[0].I = -1;
 }
 
-bool Before(const Array& array, Slot a, Slot b) {
-    const Type& type = *array.T->Element;
-    if (type.Is(Kind::String)) return CompareTexts(a.T, b.T) < 0;
-    if (type.IsReal()) return a.D < b.D || (a.D == a.D && b.D != b.D);
-    return type.Is(Kind::UInt64) ? a.U < b.U : a.I < b.I;
-}
-
-// The elements are taken out and put back; comparing does not change how many references they have.
-template <typename Less>
-void SortBy(Array& array, Less less) {
-    std::vector<Slot> values;
-    for (int64_t at = 0; at < array.Count; ++at)
-        values.push_back(Read(array, at));
-    std::stable_sort(values.begin(), values.end(), less);
-    const bool reference = array.Element == ElementKind::Reference;
-    for (int64_t at = 0; at < array.Count; ++at) {
-        if (reference)
-            array.As<Slot>()[at] = values[static_cast<size_t>(at)];
-        else
-            Write(array, at, values[static_cast<size_t>(at)]);
-    }
-}
-
-void Sort(Machine&, Slot* a) {
-    Array& array = Flat(a[0]);
-    SortBy(array, [&](Slot x, Slot y) { return Before(array, x, y); });
-}
-
 void Shuffle(Machine& machine, Slot* a) {
-    Array& array = Flat(a[0]);
+    Array& array = FlatArray(a[0]);
     const size_t size = ElementSize(array.Element);
     char swap[8];
     for (int64_t at = array.Count; at > 1; --at) {
@@ -192,22 +177,19 @@ void Shuffle(Machine& machine, Slot* a) {
 const NativeFunction table[] = {
     {"Ubound", "array A | dimension I", "I", Upper, true},
     {"LastIndex", "array A | dimension I", "I", Upper, true},
-    {"Count", "array A", "I", [](Machine&, Slot* a) { a->I = Held(*a).Count; }, true},
+    {"Count", "array A", "I", [](Machine&, Slot* a) { a->I = HeldArray(*a).Count; }, true},
     // For Each asks with this one; nothing is an empty array there.
     {".Count", "array A", "I", [](Machine&, Slot* a) { a->I = a->A ? a->A->Count : 0; }, false},
-    {"Append", "array A value E", "", [](Machine& m, Slot* a) { Insert(m, Flat(a[0]), a[0].A->Count, a[1]); },
-     true},
-    {"Add", "array A value E", "", [](Machine& m, Slot* a) { Insert(m, Flat(a[0]), a[0].A->Count, a[1]); },
-     true},
+    {"Append", "array A value E", "", Append, true},
+    {"Add", "array A value E", "", Append, true},
     {"Insert", "array A index I value E", "",
-     [](Machine& m, Slot* a) { Insert(m, Flat(a[0]), a[1].I, a[2]); }, true},
-    {"AddAt", "array A index I value E", "", [](Machine& m, Slot* a) { Insert(m, Flat(a[0]), a[1].I, a[2]); },
-     true},
+     [](Machine& m, Slot* a) { Insert(m, Growing(a[0]), a[1].I, a[2]); }, true},
+    {"AddAt", "array A index I value E", "",
+     [](Machine& m, Slot* a) { Insert(m, Growing(a[0]), a[1].I, a[2]); }, true},
     {"Remove", "array A index I", "", Remove, true},
     {"RemoveAt", "array A index I", "", Remove, true},
     {"RemoveAll", "array A", "", RemoveAll, true},
     {"Pop", "array A", "E", Pop, true},
-    {"Sort", "array A", "", Sort, true},
     {"Shuffle", "array A", "", Shuffle, true},
     {"IndexOf", "array A value E | start I", "I", IndexOf, true},
 };

@@ -136,6 +136,7 @@ const NativeFunction table[] = {
     {"Val", "text S", "D", [](Machine&, Slot* a) { a->D = NumberOf(View(*a)); }, true},
     {"CDbl", "text S", "D", [](Machine&, Slot* a) { a->D = NumberOf(View(*a)); }, true},
     {"ToDouble", "text S", "D", [](Machine&, Slot* a) { a->D = NumberOf(View(*a)); }, true},
+    {"CInt", "text S", "I", [](Machine&, Slot* a) { a->I = WholeNumberOf(View(*a)); }, true},
     {"CLong", "text S", "I", [](Machine&, Slot* a) { a->I = WholeNumberOf(View(*a)); }, true},
     {"ToInteger", "text S", "I", [](Machine&, Slot* a) { a->I = WholeNumberOf(View(*a)); }, true},
     {"Hex", "number I", "S", [](Machine& m, Slot* a) { m.Give(*a, InBase(a->U, 16)); }, false},

@@ -50,6 +50,7 @@ const NativeFunction table[] = {
     {"Floor", "number D", "D", Apply<std::floor>, false},
     {"Round", "number D", "D", Apply<std::round>, false},
     {"Sign", "number D", "I", [](Machine&, Slot* a) { a->I = (a->D > 0) - (a->D < 0); }, false},
+    {"Sgn", "number D", "I", [](Machine&, Slot* a) { a->I = (a->D > 0) - (a->D < 0); }, false},
     {"Min", "a I b I", "I", [](Machine&, Slot* a) { a->I = std::min(a[0].I, a[1].I); }, false},
     {"Min", "a D b D", "D", [](Machine&, Slot* a) { a->D = std::fmin(a[0].D, a[1].D); }, false},
     {"Max", "a I b I", "I", [](Machine&, Slot* a) { a->I = std::max(a[0].I, a[1].I); }, false},

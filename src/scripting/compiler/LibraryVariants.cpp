@@ -97,6 +97,7 @@ const NativeFunction table[] = {
     {".Modulo", "a V b V", "V", Work<Op::Modulo>, false},
     {".Power", "a V b V", "V", Work<Op::Power>, false},
     {".Compare", "a V b V", "I", Compare, false},
+    {"IsNull", "value V", "B", [](Machine&, Slot* a) { a->I = a->V == nullptr; }, true},
     {"IsNumeric", "value V", "B", [](Machine&, Slot* a) { a->I = IsNumeric(a->V); }, false},
     {"TypeName", "value V", "S",
      [](Machine& m, Slot* a) {

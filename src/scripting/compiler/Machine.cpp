@@ -191,6 +191,25 @@ void Machine::Destroy(Object& object) {
     mResult = result;
 }
 
+Slot Machine::Invoke(const Delegate& delegate, std::initializer_list<Slot> values, bool references) {
+    if (mRuns > MostRuns) throw Failure{"StackOverflowException", "Methods call each other too deeply."};
+    if (delegate.HasTarget && !delegate.Target) FailNil();
+    Slot* base = FreeStack();
+    Slot* place = base;
+    if (delegate.HasTarget) {
+        Memory::Retain(delegate.Target);
+        (place++)->O = delegate.Target;
+    }
+    for (const Slot value : values) {
+        if (references) Memory::Retain(value.H);
+        *place++ = value;
+    }
+    const size_t depth = mFrames.size();
+    Enter(mProgram.Functions[delegate.Function], base, 0);
+    Execute(depth);
+    return mResult;
+}
+
 void Machine::Give(Slot& to, StringView text) {
     to.T = text.empty() ? nullptr : mMemory.NewText(text);
 }

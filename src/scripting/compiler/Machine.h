@@ -45,6 +45,10 @@ class Machine final : public Memory::Destroyer {
     void GiveCharacter(Slot& to, char ascii);
     Array* NewTexts(const std::vector<String>& texts);
     uint64_t Random();
+    /// Calls back from the library: runs what a delegate stands for to its end. The values stay the caller's;
+    /// a structure is to be a copy. An exception of the script leaves it as a C++ one.
+    Slot Invoke(const Delegate& delegate, std::initializer_list<Slot> values, bool references);
+    void CopyStructure(Slot& to, Object* from);
     void Destroy(Object& object) override;
 
   private:
@@ -82,7 +86,7 @@ class Machine final : public Memory::Destroyer {
     [[nodiscard]] static int64_t FlatIndex(const Array* array, const Slot* indices);
     void MakeDelegate(Slot& to, Object* target, const DelegateShape& shape);
     const Function& FunctionOf(const Object* object, int selector) const;
-    void CopyStructure(Slot& to, Object* from);
+    void CopyElements(Array& to, const Array& from);
     Object* Clone(const Object& from);
     void Put(Slot& to, script::Heap* value);
     Text* ProgramText(uint32_t index);

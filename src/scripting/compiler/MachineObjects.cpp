@@ -62,6 +62,7 @@ void Machine::NewArray(Slot& to, const Slot* bounds, const ArrayShape& shape) {
 // An array of one dimension keeps what still has a place; others keep the elements with the same indices.
 void Machine::ReDim(Array* array, const Slot* bounds, uint32_t rank) {
     if (!array) FailNil();
+    if (array->Fixed) FailFixed();
     std::vector<int64_t> sizes;
     const int64_t count = CountOf(bounds, rank, sizes);
     const size_t size = ElementSize(array->Element);
@@ -132,6 +133,18 @@ void Machine::MakeDelegate(Slot& to, Object* target, const DelegateShape& shape)
     Put(to, delegate);
 }
 
+// The array of a structure has its elements with it.
+void Machine::CopyElements(Array& to, const Array& from) {
+    std::memcpy(to.Data, from.Data, static_cast<size_t>(from.Count) * ElementSize(from.Element));
+    if (!from.Structure) return;
+    // Nothing is shared, even if there is no memory for all.
+    for (int64_t at = 0; at < from.Count; ++at)
+        to.As<Slot>()[at].O = nullptr;
+    for (int64_t at = 0; at < from.Count; ++at)
+        if (const Object* element = const_cast<Array&>(from).As<Slot>()[at].O)
+            to.As<Slot>()[at].O = Clone(*element);
+}
+
 Object* Machine::Clone(const Object& from) {
     Object* copy = mMemory.NewObject(*from.Class);
     for (uint32_t index = 0; index < from.Count; ++index) {
@@ -139,6 +152,8 @@ Object* Machine::Clone(const Object& from) {
         Slot& to = copy->Fields()[index];
         if (from.Class->StructureField[index])
             to.O = field.O ? Clone(*field.O) : nullptr;
+        else if (from.Class->ReferenceField[index])
+            CopyElements(*to.A, *field.A);
         else
             to = field;
     }

@@ -13,6 +13,9 @@ Parser::Parser(const std::vector<Token>& tokens, Names& names, Tree& tree)
     mDirectivePragma = names.Intern("#Pragma");
     mErrorWord = names.Intern("Error");
     mWarningWord = names.Intern("Warning");
+    mAttributes = names.Intern("Attributes");
+    mReDim = names.Intern("ReDim");
+    mAlignment = names.Intern("StructureAlignment");
 }
 
 // program = { declaration | statement }

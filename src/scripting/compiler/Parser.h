@@ -62,14 +62,18 @@ class Parser {
         uint32_t Line = 0;
     };
     Modifiers ReadModifiers();
+    [[nodiscard]] bool AtAttributes() const;
+    void ReadAttributes();
     bool ReadDeclaration(TypeDecl& owner);
     TypeDecl* ReadType(Kind kind, const TypeDecl& owner, Visibility visible);
     void ReadMembers(TypeDecl& type, Tok end);
     void ReadHeritage(TypeDecl& type);
     void ReadInterfaceMembers(TypeDecl& type);
     void ReadStructureMembers(TypeDecl& type);
+    [[noreturn]] void FailSize(const TypeName& type);
     void ReadEnumMembers(TypeDecl& type);
     void ReadDelegate(TypeDecl& owner, Visibility visible);
+    void ReadEvent(TypeDecl& owner, const Modifiers& modifiers);
     void ReadProperty(TypeDecl& owner, const Modifiers& modifiers, bool keyword);
     void ReadAccessors(TypeDecl& owner, PropertyDecl& property, const Modifiers& modifiers);
     MethodDecl* ReadMethod(bool signatureOnly);
@@ -99,6 +103,8 @@ class Parser {
     void ReadTry(Block& block);
     void ReadExit(Block& block, StmtKind kind);
     void ReadReDim(Block& block);
+    void ReadHandler(Block& block);
+    void ReadShort(Block& block);
     void ReadSimple(Block& block);
 
     // Expressions
@@ -111,6 +117,7 @@ class Parser {
     Expr* ReadPrimary();
     Expr* ReadNew();
     Expr* ReadCast();
+    Expr* ReadRaiseEvent();
     void ReadArguments(Expr& call);
 
     const std::vector<Token>& mTokens;
@@ -126,7 +133,7 @@ class Parser {
     std::vector<OpenIf> mOpenIfs;
     std::unordered_map<NameId, Expr*> mConstants;  // for the conditions of #If
     NameId mGet, mSet, mDirectiveIf, mDirectiveElse, mDirectiveElseIf, mDirectiveEndIf, mDirectivePragma,
-        mErrorWord, mWarningWord;
+        mErrorWord, mWarningWord, mAttributes, mAlignment, mReDim;
 };
 
 }  // namespace sorbel::script

@@ -27,12 +27,16 @@ Parser::Modifiers Parser::ReadModifiers() {
     }
 }
 
-// declaration = modifiers ( method | type | delegate | "Const" consts | property )
+// declaration = [ attributes ] modifiers
+//               ( method | type | delegate | event | using | "Const" consts | property )
 // False if a statement stands here.
 bool Parser::ReadDeclaration(TypeDecl& owner) {
     const bool top = &owner == &mTree.Top;
+    const bool described = AtAttributes();
+    while (AtAttributes())
+        ReadAttributes();
     const Modifiers modifiers = ReadModifiers();
-    const bool given = modifiers.VisibleGiven || modifiers.Shared;
+    const bool given = modifiers.VisibleGiven || modifiers.Shared || described;
     const auto type = [&](Kind kind) {
         if (modifiers.Shared) Fail(Error::Syntax, modifiers.Line);
         owner.Types.push_back(ReadType(kind, owner, modifiers.Visible));
@@ -61,9 +65,15 @@ bool Parser::ReadDeclaration(TypeDecl& owner) {
             ReadDelegate(owner, modifiers.Visible);
             return true;
         case Tok::KEvent:
-            Fail(top ? Error::EventOutsideClass : Error::Syntax, Line());
+            ReadEvent(owner, modifiers);
+            return true;
+        case Tok::KUsing:
+            if (given) Fail(Error::Syntax, modifiers.Line);
+            if (top) return false;
+            Take();
+            owner.Usings.push_back(ReadTypeName());
+            return true;
         case Tok::KConst:
-            if (top && !given) return false;
             ReadConsts(owner.Consts, modifiers.Visible);
             return true;
         default:
@@ -149,6 +159,16 @@ void Parser::ReadInterfaceMembers(TypeDecl& type) {
     }
 }
 
+// What is wrong with the size behind a field's type.
+void Parser::FailSize(const TypeName& type) {
+    const uint32_t line = Line();
+    Take();
+    const ConstantValue value = DirectiveValue(*ReadExpr());
+    if (Fold(mNames.Spelling(type.Path.back())) != "string") Fail(Error::SizeOfNoString, line);
+    const int64_t* size = std::get_if<int64_t>(&value);
+    Fail(size && *size < 1 ? Error::EmptyStringField : Error::FixedStringField, line);
+}
+
 // field = name [ "(" bound ")" ] "As" type [ "*" size ]
 void Parser::ReadStructureMembers(TypeDecl& type) {
     for (SkipLines(); !AtEnd(Tok::KStructure); SkipLines()) {
@@ -157,7 +177,7 @@ void Parser::ReadStructureMembers(TypeDecl& type) {
         PropertyDecl property;
         property.Plain = ReadVariable();
         if (!property.Plain.Named.Given() || property.Plain.Init) Fail(Error::Syntax, Line());
-        if (At(Tok::Star)) Fail(Error::FixedStringField, Line());
+        if (At(Tok::Star)) FailSize(property.Plain.Named);
         type.Properties.push_back(std::move(property));
         EndStatement();
     }

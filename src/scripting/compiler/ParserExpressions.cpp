@@ -117,6 +117,7 @@ Expr* Parser::ReadPostfix() {
             Expr* member = NewExpr(ExprKind::Member, Line());
             Take();
             member->Left = expr;
+            member->Value = String(Now().Spelling);  // which Operator_Lookup is given
             member->Name = MemberName();
             expr = Deeper(member);
         } else if (At(Tok::LeftParen)) {
@@ -142,7 +143,8 @@ void Parser::ReadArguments(Expr& call) {
     CloseParenthesis();
 }
 
-// primary = literal | name | "(" expression ")" | new | address | cast | "Self" | "Me" | "Super" | "Nil"
+// primary = literal | name | "(" expression ")" | new | address | cast | raise | "Self" | "Me" | "Super" |
+//           "Nil"
 Expr* Parser::ReadPrimary() {
     const Token& token = Now();
     const auto literal = [&](ConstantValue value) {
@@ -180,6 +182,8 @@ Expr* Parser::ReadPrimary() {
             return ReadNew();
         case Tok::KCType:
             return ReadCast();
+        case Tok::KRaiseEvent:
+            return ReadRaiseEvent();
         case Tok::Color: {
             Expr* expr = literal(token.Integer);
             expr->Name = 1;  // tells a colour from a number

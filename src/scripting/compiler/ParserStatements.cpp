@@ -83,33 +83,47 @@ bool Parser::ReadKeywordStatement(Block& block) {
         case Tok::KReDim:
             ReadReDim(block);
             return true;
+        case Tok::KAddHandler:
+        case Tok::KRemoveHandler:
+            ReadHandler(block);
+            return true;
         case Tok::KDeclare:
             Fail(Error::DeclareIllegal, Line());
-        case Tok::KGoto: {
-            Stmt* statement = NewStmt(StmtKind::Goto);
-            Take();
-            statement->Name = Expect(Tok::Identifier).Name;
-            block.push_back(statement);
-            return true;
-        }
+        case Tok::KUsing:
+        case Tok::KGoto:
         case Tok::KReturn:
-        case Tok::KRaise: {
-            Stmt* statement = NewStmt(At(Tok::KReturn) ? StmtKind::Return : StmtKind::Raise);
-            const bool raise = Take().Kind == Tok::KRaise;
-            if (raise || (!At(Tok::NewLine) && !At(Tok::End) && !At(Tok::KElse))) statement->A = ReadExpr();
-            block.push_back(statement);
+        case Tok::KRaise:
+            ReadShort(block);
             return true;
-        }
         default:
             return false;
     }
 }
 
-// simple = [ "Call" ] postfix [ "=" expression | expression { "," expression } ]
+// short = "Using" path | "Goto" name | "Return" [ expression ] | "Raise" expression
+void Parser::ReadShort(Block& block) {
+    Stmt* statement = NewStmt(StmtKind::Return);
+    const Tok word = Take().Kind;
+    if (word == Tok::KUsing) {
+        statement->Kind = StmtKind::Using;
+        statement->Named = ReadTypeName();
+    } else if (word == Tok::KGoto) {
+        statement->Kind = StmtKind::Goto;
+        statement->Name = Expect(Tok::Identifier).Name;
+    } else {
+        const bool raise = word == Tok::KRaise;
+        if (raise) statement->Kind = StmtKind::Raise;
+        if (raise || (!At(Tok::NewLine) && !At(Tok::End) && !At(Tok::KElse))) statement->A = ReadExpr();
+    }
+    block.push_back(statement);
+}
+
+// simple = postfix "." "ReDim" bounds | [ "Call" ] postfix [ "=" expression | expression { "," expression } ]
 void Parser::ReadSimple(Block& block) {
     Stmt* statement = NewStmt(StmtKind::Expression);
     statement->Explicit = Accept(Tok::KCall);
-    if (statement->Explicit && !At(Tok::Identifier) && !At(Tok::KSelf) && !At(Tok::KMe) && !At(Tok::KSuper))
+    if (statement->Explicit && !At(Tok::Identifier) && !At(Tok::KSelf) && !At(Tok::KMe) && !At(Tok::KSuper) &&
+        !At(Tok::KRaiseEvent))
         Fail(Error::IllegalCall, statement->Line);
     // In `Print (a) + b` the parenthesis belongs to the argument.
     bool bare = false;
@@ -124,6 +138,14 @@ void Parser::ReadSimple(Block& block) {
         bare = (next >= Tok::Plus && next <= Tok::GreaterEqual && next != Tok::Equal) || next == Tok::Comma;
     }
     Expr* target = bare ? ReadPrimary() : ReadPostfix();
+    if (target->Kind == ExprKind::Call && target->Left->Kind == ExprKind::Member &&
+        target->Left->Name == mReDim && !target->Args.empty()) {
+        statement->Kind = StmtKind::ReDim;
+        target->Left = target->Left->Left;
+        statement->Args.push_back(target);
+        block.push_back(statement);
+        return;
+    }
     if (!statement->Explicit && Accept(Tok::Equal)) {
         statement->Kind = StmtKind::Assign;
         statement->B = ReadExpr();
@@ -237,10 +259,14 @@ void Parser::ReadBlockIf(Stmt& statement) {
         return At(Tok::KElse) || At(Tok::KElseIf) || AtEnd(Tok::KIf);
     };
     ReadBlock(statement.Branches.back().Body, stop, Error::MissingEndIf, statement.Line);
-    while (At(Tok::KElseIf)) {
+    // `Else If` on one line goes on with the same If.
+    const auto again = [this] {
+        return At(Tok::KElseIf) || (At(Tok::KElse) && Ahead(1).Kind == Tok::KIf);
+    };
+    while (again()) {
         Branch branch;
         branch.Line = Line();
-        Take();
+        if (Take().Kind == Tok::KElse) Take();
         branch.Condition = ReadCondition(Error::ElseIfCondition);
         if (!Accept(Tok::KThen)) Fail(Error::MissingThen, Line());
         statement.Branches.push_back(std::move(branch));
@@ -263,7 +289,7 @@ void Parser::ReadLineIf(Stmt& statement) {
     ReadStatement(statement.Else);
 }
 
-// exit = ( "Exit" | "Continue" ) [ block-name ]
+// exit = ( "Exit" | "Continue" ) [ block-name ], behind "For" perhaps with the name that the loop counts with
 void Parser::ReadExit(Block& block, StmtKind kind) {
     Stmt* statement = NewStmt(kind);
     Take();
@@ -278,6 +304,10 @@ void Parser::ReadExit(Block& block, StmtKind kind) {
             statement->Target = target;
             break;
         }
+    if (statement->Target == BlockKind::For && At(Tok::Identifier)) {
+        statement->HasName = true;
+        statement->Name = Take().Name;
+    }
     block.push_back(statement);
 }
 

@@ -27,13 +27,29 @@ struct Function {
     bool ResultIsReference = false;
 };
 
+/// What NewArray makes.
+struct ArrayShape {
+    const Type* T = nullptr;
+    ElementKind Element = ElementKind::I64;
+    uint32_t Rank = 1;
+    const ClassInfo* Structure = nullptr;
+};
+
+/// An array that belongs to each value of a structure.
+struct FixedArray {
+    uint32_t Field;
+    ArrayShape Shape;
+    int64_t Count;
+};
+
 struct ClassInfo {
     const Type* T = nullptr;
     ClassInfo* Base = nullptr;
     bool IsStructure = false;
     std::vector<bool> ReferenceField;
     std::vector<const ClassInfo*> StructureField;  // null for other fields
-    std::vector<uint32_t> Virtual;                 // functions
+    std::vector<FixedArray> FixedArrays;
+    std::vector<uint32_t> Virtual;  // functions
     std::unordered_map<int, uint32_t> BySelector;
     std::vector<uint32_t> Ancestors;  // the indices of all classes and interfaces that it is
     int Destructor = -1;
@@ -42,14 +58,6 @@ struct ClassInfo {
             if (ancestor == index) return true;
         return false;
     }
-};
-
-/// What NewArray makes.
-struct ArrayShape {
-    const Type* T = nullptr;
-    ElementKind Element = ElementKind::I64;
-    uint32_t Rank = 1;
-    const ClassInfo* Structure = nullptr;
 };
 
 /// How an array keeps elements of a type.

@@ -67,6 +67,7 @@ enum class ExprKind : uint8_t {
     Self,
     Super,
     Cast,  // CType(value, Type)
+    RaiseEvent,
     Missing,
     // put in place of the above by the checker
     Variable,
@@ -79,6 +80,7 @@ enum class ExprKind : uint8_t {
     Convert,
     Namespace,  // a type or module, which is no value
     Methods,    // named, not called
+    Event,      // named, of the object Left
     PropertyOf,
     ArrayOf,  // Array(a, b, c), and the rest of a ParamArray
     ReferTo,  // a value that several places of the tree share, worked out once
@@ -161,6 +163,9 @@ enum class StmtKind : uint8_t {
     Try,
     Raise,
     ReDim,
+    AddHandler,
+    RemoveHandler,
+    Using,
 };
 
 /// What Exit and Continue may name.
@@ -207,6 +212,7 @@ struct Stmt {
     bool Until = false;     // of a Do loop's condition
     bool AtEnd = false;
     bool DeclaresCounter = false;
+    bool HasName = false;  // Exit and Continue of the loop that counts with Name
     NameId Name = 0;
     TypeName Named;
     BlockKind Target = BlockKind::Any;
@@ -253,7 +259,8 @@ struct TypeDecl {
     std::vector<MethodDecl*> Methods;
     std::vector<TypeDecl*> Types;
     std::vector<EnumMember> Members;
-    std::vector<NameId> Events;
+    std::vector<MethodDecl*> Events;
+    std::vector<TypeName> Usings;
     MethodDecl* Signature = nullptr;
     Type* T = nullptr;
 };

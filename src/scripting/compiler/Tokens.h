@@ -19,7 +19,7 @@ namespace sorbel::script {
     X(Interface) X(Is) X(IsA) X(Loop) X(Me) X(Mod) X(Module) X(New) X(Next) X(Nil) X(Not) \
     X(Optional) X(Or) X(ParamArray) X(Private) X(Property) X(Protected) X(Public) X(Raise) \
     X(RaiseEvent) X(ReDim) X(RemoveHandler) X(Return) X(Select) X(Self) X(Shared) X(Static) \
-    X(Step) X(Structure) X(Sub) X(Super) X(Then) X(To) X(True) X(Try) X(Until) X(Var) \
+    X(Step) X(Structure) X(Sub) X(Super) X(Then) X(To) X(True) X(Try) X(Until) X(Using) X(Var) \
     X(WeakAddressOf) X(Wend) X(While) X(Xor)
 // clang-format on
 

@@ -14,7 +14,7 @@ bool Type::ComesFrom(const Type* other) const {
 Types::Types(Names& names) {
     static constexpr const char* spellings[] = {"Nothing", "Nil",   "Boolean", "Int8",   "Int16",  "Int32",
                                                 "Integer", "UInt8", "UInt16",  "UInt32", "UInt64", "Single",
-                                                "Double",  "Color", "",        "String", "Variant"};
+                                                "Double",  "Color", "Ptr",     "",       "String", "Variant"};
     for (size_t index = 0; index <= static_cast<size_t>(Kind::Module); ++index) {
         Type* type = Declare(static_cast<Kind>(index), index < std::size(spellings) ? spellings[index] : "");
         mBuiltIn.push_back(type);

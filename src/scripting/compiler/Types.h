@@ -29,6 +29,7 @@ enum class Kind : uint8_t {
     Single,
     Double,
     Color,
+    Ptr,  // a number that scripts may pass around, and nothing else
     Enum,
     String,
     Variant,
