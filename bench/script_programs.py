@@ -5,10 +5,11 @@ from typing import NamedTuple
 class Program(NamedTuple):
     name: str
     operations: int
-    limit: float    # the goal as a ratio to Lua; 0 for none
+    limit: float    # the goal as a ratio to Lua
     sorbel: str
     lua: str
     python: str
+    node: str
 
 
 TWENTY_LINES = "Function Twice(s As String) As String\nReturn s + s\nEnd Function\nDim a(20) As String\n" + "".join(
@@ -29,6 +30,28 @@ print(string.format("%d", s))
         s = s + i
     print(s)
 run()
+""", """let s = 0
+for (let i = 1; i <= 30000000; i++) s = s + i
+console.log(s)
+"""),
+    Program("floating-point loop, a turn", 2 * 10**7, 1, """Dim x As Double
+For i As Integer = 1 To 20000000
+  x = x + i * 0.5
+Next
+If x = 100000005000000.0 Then Print "right"
+""", """local x = 0.0
+for i = 1, 20000000 do x = x + i * 0.5 end
+if x == 100000005000000.0 then print("right") end
+""", """def run():
+    x = 0.0
+    for i in range(1, 20000001):
+        x = x + i * 0.5
+    if x == 100000005000000.0:
+        print("right")
+run()
+""", """let x = 0
+for (let i = 1; i <= 20000000; i++) x = x + i * 0.5
+if (x === 100000005000000) console.log("right")
 """),
     Program("fib(30), a call", 2692537, 0.6, """Function Fib(n As Integer) As Integer
   If n < 2 Then Return n
@@ -45,6 +68,50 @@ print(fib(30))
         return n
     return fib(n - 1) + fib(n - 2)
 print(fib(30))
+""", """function fib(n) {
+  if (n < 2) return n
+  return fib(n - 1) + fib(n - 2)
+}
+console.log(fib(30))
+"""),
+    Program("method of an object, a call", 5 * 10**6, 1, """Class Counter
+  Property Total As Integer
+  Sub Add(n As Integer)
+    Total = Total + n
+  End Sub
+End Class
+Dim c As New Counter
+For i As Integer = 1 To 5000000
+  c.Add(i)
+Next
+Print Str(c.Total)
+""", """local Counter = {}
+Counter.__index = Counter
+function Counter:add(n) self.total = self.total + n end
+local c = setmetatable({total = 0}, Counter)
+for i = 1, 5000000 do c:add(i) end
+print(string.format("%d", c.total))
+""", """class Counter:
+    def __init__(self):
+        self.total = 0
+
+    def add(self, n):
+        self.total = self.total + n
+
+
+def run():
+    c = Counter()
+    for i in range(1, 5000001):
+        c.add(i)
+    print(c.total)
+run()
+""", """class Counter {
+  constructor() { this.total = 0 }
+  add(n) { this.total = this.total + n }
+}
+const c = new Counter()
+for (let i = 1; i <= 5000000; i++) c.add(i)
+console.log(c.total)
 """),
     Program("sieve, an element", 10**6, 0.6, """Dim n As Integer = 1000000
 Dim a(1000000) As Boolean
@@ -80,8 +147,17 @@ print(c)
                 a[j] = False
     print(c)
 run(1000000)
+""", """const n = 1000000, a = new Array(n + 1).fill(true)
+let c = 0
+for (let i = 2; i <= n; i++) {
+  if (a[i]) {
+    c = c + 1
+    for (let j = i * i; j <= n; j += i) a[j] = false
+  }
+}
+console.log(c)
 """),
-    Program("reversal, a character", 4 * 10**5, 0, """Dim s, r As String
+    Program("reversal, a character", 4 * 10**5, 1, """Dim s, r As String
 For i As Integer = 1 To 2000
   s = s + "abcdefghij"
 Next
@@ -106,8 +182,15 @@ print(#r)
             r = r + s[i]
     print(len(r))
 run()
+""", """const s = "abcdefghij".repeat(2000)
+let r
+for (let k = 1; k <= 20; k++) {
+  r = ""
+  for (let i = s.length - 1; i >= 0; i--) r = r + s[i]
+}
+console.log(r.length)
 """),
-    Program("short string built and searched", 10**6, 0, """Dim a(1000000) As String
+    Program("short string built and searched", 10**6, 1, """Dim a(1000000) As String
 Dim c As Integer
 For i As Integer = 1 To 1000000
   a(i) = "item" + Str(i) + "x"
@@ -130,5 +213,10 @@ print(c)
             c += 1
     print(c)
 run()
+""", """const a = []
+let c = 0
+for (let i = 1; i <= 1000000; i++) a.push("item" + i + "x")
+for (const s of a) if (s.includes("99")) c = c + 1
+console.log(c)
 """),
 ]

@@ -155,6 +155,8 @@ void Emitter::EmitFunction(Function& function, uint32_t line, const std::functio
         mScopes.emplace_back();
         mOpen.clear();
         mFinallies.clear();
+        mHeld.clear();
+        mHolds = false;
         mLabels.clear();
         body();
         if (!mTooFar) break;

@@ -7,6 +7,9 @@
 
 namespace sorbel::script {
 
+/// The number that a literal is, if an operation can hold it; otherwise null.
+[[nodiscard]] const int64_t* SmallNumber(const Expr& expr);
+
 /// Writes the machine's operations for a checked tree.
 class Emitter {
   public:
@@ -20,6 +23,7 @@ class Emitter {
     static constexpr Register WindowBase = 0xC000;
     static constexpr uint32_t MostRegisters = 0x7000;
     static constexpr uint32_t MostArguments = 0x1000;
+    static constexpr size_t MostHeld = 32;
 
     struct Label {
         int64_t Place = -1;
@@ -32,6 +36,11 @@ class Emitter {
         Label* Continue;
         size_t Finallies;
         NameId Counter = 0;  // of a For
+    };
+    /// A constant that is in a register throughout a loop. Nothing may be written there.
+    struct Held {
+        const Expr* Literal;
+        Register Reg;
     };
     struct Finally {
         Label* Start;
@@ -82,6 +91,9 @@ class Emitter {
     void EmitIf(const Stmt& statement);
     void EmitSelect(const Stmt& statement);
     void EmitFor(const Stmt& statement);
+    void EmitLoop(const Stmt& statement, void (Emitter::*emit)(const Stmt&));
+    [[nodiscard]] std::optional<Register> HeldRegister(const Expr& literal) const;
+    void EmitForOne(const Stmt& statement, Register counter, Label& top);
     void EmitForStep(const Stmt& statement, Register counter, Label& top);
     void EmitForAny(const Stmt& statement, Register counter, Register step, Label& exit);
     void EmitForEach(const Stmt& statement);
@@ -174,6 +186,8 @@ class Emitter {
     std::vector<std::vector<Variable*>> mScopes;
     std::vector<Open> mOpen;
     std::vector<Finally> mFinallies;
+    std::vector<Held> mHeld;
+    bool mHolds = false;  // within a loop, whether or not it has constants
     struct NamedLabel {
         Label Target;
         size_t Finallies = 0;

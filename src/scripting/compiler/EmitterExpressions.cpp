@@ -10,6 +10,8 @@ Emitter::Register Emitter::Any(const Expr& expr) {
     if (expr.Kind == ExprKind::Convert && expr.T->IsReference() && expr.T->IsObject() &&
         expr.Left->T->IsObject() && expr.Left->T->ComesFrom(expr.T))
         return Any(*expr.Left);
+    if (expr.Kind == ExprKind::Literal)
+        if (const auto held = HeldRegister(expr)) return *held;
     const Register to = Temp(expr.T);
     Into(expr, to, true);
     return to;
@@ -143,12 +145,6 @@ Code ArithmeticCode(Op op, const Type& type) {
     }
 }
 
-const int64_t* SmallNumber(const Expr& expr) {
-    if (expr.Kind != ExprKind::Literal) return nullptr;
-    const int64_t* number = std::get_if<int64_t>(&expr.Value);
-    return number && *number > INT16_MIN && *number <= INT16_MAX ? number : nullptr;
-}
-
 }  // namespace
 
 void Emitter::EmitBinary(const Expr& expr, Register to) {
@@ -249,10 +245,6 @@ bool Emitter::JumpComparison(const Expr& expr, bool when, Label& label) {
     if (!IsComparison(expr.Operator) && expr.Operator != Op::Is) return false;
     const Type& type = *expr.Left->T;
     if (type.IsReference() && !type.Is(Kind::String)) return false;
-    if (type.Is(Kind::String) &&
-        (expr.Left->Kind != ExprKind::Variable || expr.Right->Kind != ExprKind::Variable ||
-         !IsDirect(*expr.Left->Var) || !IsDirect(*expr.Right->Var)))
-        return false;
     const size_t mark = Mark();
     if (JumpOnNumber(expr, when, label)) return true;
     const Register left = MayChange(*expr.Right) ? Own(*expr.Left) : Any(*expr.Left);

@@ -28,56 +28,55 @@ void Emitter::EmitFor(const Stmt& statement) {
     const bool one = !statement.C || (literal && *literal == 1);
     const bool plain = type->IsInteger() && !type->Is(Kind::UInt64);
     const bool down = statement.Down || (literal && *literal < 0);
-    Label top, exit, next, out;
-    const auto share = [&] {
-        if (!direct) PutWide(Code::SetTop, counter, statement.Var->Index);
-    };
-    share();
-    const auto compare = [&](bool strictly, Label& target, bool leave) {
-        // Jumps if the counter has not reached the limit or, to leave, if it lies behind it.
-        const Register a = down ? limit : counter, b = down ? counter : limit;
-        if (type->IsReal())
-            JumpShort(leave ? Code::JNotLeF : strictly ? Code::JLtF : Code::JLeF, a, b, target);
-        else if (type->Is(Kind::UInt64))
-            JumpShort(leave      ? Code::JLtU
-                      : strictly ? Code::JLtU
-                                 : Code::JLeU,
-                      leave ? b : a, leave ? a : b, target);
-        else
-            JumpShort(leave || strictly ? Code::JLtI : Code::JLeI, leave ? b : a, leave ? a : b, target);
-    };
+    Label top, exit, next;
+    if (!direct) PutWide(Code::SetTop, counter, statement.Var->Index);
     const bool known = !statement.C || literal;
     if (known && !(statement.Down && statement.C) && (plain || !statement.C)) {
-        compare(false, exit, true);
+        // The loop is passed by if the counter lies behind the limit from the start.
+        const Register low = down ? limit : counter, high = down ? counter : limit;
+        if (type->IsReal())
+            JumpShort(Code::JNotLeF, low, high, exit);
+        else
+            JumpShort(type->Is(Kind::UInt64) ? Code::JLtU : Code::JLtI, high, low, exit);
         Place(top);
         EmitLoopBody(statement, BlockKind::For, exit, next);
         mLine = statement.EndLine;
-        if (!direct) PutWide(Code::GetTop, counter, statement.Var->Index);
-        const bool whole = type->Is(Kind::Int64);
-        if (whole && one && !down) {
-            if (direct) {
-                JumpShort(Code::ForUp, counter, limit, top);
-            } else {
-                Label more;
-                JumpShort(Code::ForUp, counter, limit, more);
-                share();
-                JumpTo(out);
-                Place(more);
-                share();
-                JumpTo(top);
-            }
-        } else if (whole && !statement.C && direct) {
-            JumpShort(Code::ForDown, counter, limit, top);
+        if (plain && one && (direct || (type->Is(Kind::Int64) && !down))) {
+            EmitForOne(statement, counter, top);
+        } else if (type->Is(Kind::Int64) && direct && literal && *literal != 0) {
+            Put(Code::ForStep, counter, limit, step);
+            JumpTo(top);
         } else {
+            if (!direct) PutWide(Code::GetTop, counter, statement.Var->Index);
             EmitForStep(statement, counter, top);
         }
     } else {
         EmitForAny(statement, counter, step, exit);
     }
     Place(exit);
-    Place(out);
     FreeTemps(mark);
     CloseScope();
+}
+
+// The end of a round of a loop that counts by one.
+void Emitter::EmitForOne(const Stmt& statement, Register counter, Label& top) {
+    const Type* type = statement.Var->T;
+    const auto limit = static_cast<Register>(statement.Hidden->Index);
+    if (IsDirect(*statement.Var)) {
+        JumpShort(statement.Down ? Code::ForDown : Code::ForUp, counter, limit, top);
+        // Only behind the last round can the counter have left its range.
+        if (!type->Is(Kind::Int64)) EmitNumber(*mInteger, *type, counter, counter);
+        return;
+    }
+    Label more, out;
+    PutWide(Code::GetTop, counter, statement.Var->Index);
+    JumpShort(Code::ForUp, counter, limit, more);
+    PutWide(Code::SetTop, counter, statement.Var->Index);
+    JumpTo(out);
+    Place(more);
+    PutWide(Code::SetTop, counter, statement.Var->Index);
+    JumpTo(top);
+    Place(out);
 }
 
 // The end of a round with another step or number: adds it and goes on while the limit is not passed. An

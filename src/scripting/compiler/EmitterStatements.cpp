@@ -45,13 +45,13 @@ void Emitter::EmitStatement(const Stmt& statement) {
         case StmtKind::Select:
             return EmitSelect(statement);
         case StmtKind::For:
-            return EmitFor(statement);
+            return EmitLoop(statement, &Emitter::EmitFor);
         case StmtKind::ForEach:
-            return EmitForEach(statement);
+            return EmitLoop(statement, &Emitter::EmitForEach);
         case StmtKind::While:
-            return EmitWhile(statement);
+            return EmitLoop(statement, &Emitter::EmitWhile);
         case StmtKind::Do:
-            return EmitDo(statement);
+            return EmitLoop(statement, &Emitter::EmitDo);
         case StmtKind::Exit:
         case StmtKind::Continue:
             return EmitLeave(statement);

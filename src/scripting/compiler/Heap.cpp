@@ -1,6 +1,6 @@
 #include "scripting/compiler/Heap.h"
 
-#include <cstdlib>
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -19,6 +19,10 @@ void FailFixed() {
 }
 void FailType(const std::string& message) {
     throw Failure{"TypeMismatchException", message};
+}
+
+void FailMemory() {
+    throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
 }
 
 size_t ElementSize(ElementKind kind) {
@@ -55,28 +59,39 @@ Memory::~Memory() {
 }
 
 void* Memory::Allocate(size_t bytes) {
-    void* block = bytes > Limit - mInUse ? nullptr : std::malloc(bytes);
-    if (!block) throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    void* block = nullptr;
+    if (bytes <= Limit - mInUse) block = IsSmall(bytes) ? mSmall.Take(bytes) : std::malloc(bytes);
+    if (!block) FailMemory();
     mInUse += bytes;
     return block;
 }
 
 void* Memory::Resize(void* block, size_t before, size_t after) {
-    void* moved = after > before && after - before > Limit - mInUse ? nullptr : std::realloc(block, after);
-    if (!moved) throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    void* moved = nullptr;
+    if (after <= before || after - before <= Limit - mInUse) moved = Move(block, before, after);
+    if (!moved) FailMemory();
     mInUse += after - before;
     return moved;
 }
 
-void Memory::Free(void* block, size_t bytes) {
-    std::free(block);
-    mInUse -= bytes;
+// Another block of the given size with the same beginning; null if there is none.
+void* Memory::Move(void* block, size_t before, size_t after) {
+    if (!IsSmall(before) && !IsSmall(after)) return std::realloc(block, after);
+    void* moved = IsSmall(after) ? mSmall.Take(after) : std::malloc(after);
+    if (!moved) return nullptr;
+    std::memcpy(moved, block, std::min(before, after));
+    if (IsSmall(before))
+        mSmall.GiveBack(block, before);
+    else
+        std::free(block);
+    return moved;
 }
 
 Text* Memory::NewTextOf(size_t capacity) {
-    if (capacity >= Limit) throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
-    Text* text = new (Allocate(sizeof(Text) + capacity)) Text;
-    text->Capacity = static_cast<uint32_t>(capacity);
+    if (capacity >= Limit) FailMemory();
+    const size_t bytes = Room(sizeof(Text) + capacity);
+    Text* text = new (Allocate(bytes)) Text;
+    text->Capacity = static_cast<uint32_t>(bytes - sizeof(Text));
     return text;
 }
 

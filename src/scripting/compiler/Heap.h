@@ -2,9 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "scripting/compiler/Blocks.h"
 
 namespace sorbel::script {
 
@@ -39,6 +42,7 @@ struct Failure {
 [[noreturn]] void FailOutOfBounds();
 [[noreturn]] void FailNil();
 [[noreturn]] void FailFixed();
+[[noreturn]] void FailMemory();
 [[noreturn]] void FailType(const std::string& message);
 
 enum class HeapKind : uint8_t { Text, Box, Array, Object, Delegate };
@@ -123,11 +127,21 @@ class Memory {
 
     void* Allocate(size_t bytes);
     void* Resize(void* block, size_t before, size_t after);
-    void Free(void* block, size_t bytes);
+    void Free(void* block, size_t bytes) {
+        mInUse -= bytes;
+        if (IsSmall(bytes))
+            mSmall.GiveBack(block, bytes);
+        else
+            std::free(block);
+    }
     [[nodiscard]] size_t InUse() const { return mInUse; }
 
     Text* NewText(std::string_view bytes);
-    Text* NewTextOf(size_t capacity);  ///< empty, with room
+    /// What a block for so many bytes really holds.
+    [[nodiscard]] static size_t Room(size_t bytes) {
+        return IsSmall(bytes) ? SmallBlocks::Room(bytes) : bytes;
+    }
+    Text* NewTextOf(size_t capacity);  ///< empty, with room for at least so many bytes
     void DropIndex(Text& text);
     Box* NewBox(const Type* type, Slot value);
     Array* NewArray(const Type* type, ElementKind element, uint32_t rank, const ClassInfo* structure);
@@ -156,6 +170,8 @@ class Memory {
 
   private:
     void MakeArrays(Object& structure);
+    [[nodiscard]] static bool IsSmall(size_t bytes) { return bytes <= SmallBlocks::Largest; }
+    void* Move(void* block, size_t before, size_t after);
     void Link(Linked* thing);
     void Unlink(Linked* thing);
     void Drop(Heap* thing);
@@ -163,6 +179,7 @@ class Memory {
     void ReleaseParts(Heap* thing);
     void ForgetTarget(const Object* object);
 
+    SmallBlocks mSmall;
     size_t mInUse = 0;
     Linked* mFirst = nullptr;
     std::vector<Heap*> mDead;

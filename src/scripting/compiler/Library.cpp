@@ -42,9 +42,8 @@ uint32_t NativeIndex(const NativeFunction& function) {
     return TheTable().Indices.at(&function);
 }
 
-const NativeFunction& NativeAt(uint32_t index) {
-    static const NativeFunction* const* const functions = TheTable().Functions.data();
-    return *functions[index];
+const NativeFunction* const* NativeTable() {
+    return TheTable().Functions.data();
 }
 
 // The exceptions. The machine fills the first three fields of what it raises itself.

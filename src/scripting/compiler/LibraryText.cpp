@@ -101,8 +101,7 @@ void GiveJoined(Machine& machine, Slot* a) {
     size_t size = 0;
     for (int64_t at = 0; at < array.Count; ++at)
         size += ViewOf(texts[at]).size() + (at ? between.size() : 0);
-    if (size >= Memory::Limit)
-        throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    if (size >= Memory::Limit) FailMemory();
     String joined;
     joined.reserve(size);
     for (int64_t at = 0; at < array.Count; ++at)
@@ -112,7 +111,7 @@ void GiveJoined(Machine& machine, Slot* a) {
 
 String Repeated(StringView text, int64_t count) {
     if (count > 0 && !text.empty() && count >= static_cast<int64_t>(Memory::Limit / text.size()))
-        throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+        FailMemory();
     String result;
     for (int64_t at = 0; at < count; ++at)
         result += text;

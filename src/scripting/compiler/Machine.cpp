@@ -18,10 +18,11 @@ Machine::Machine(const Program& program, const Types& types, ScriptHost* host, C
       mHost(host),
       mConsole(console),
       mStack(static_cast<Slot*>(std::calloc(StackSlots, sizeof(Slot)))),
+      mFrames(static_cast<Frame*>(std::malloc((MostFrames + 1) * sizeof(Frame)))),
+      mTop(mFrames.get()),
       mTexts(program.Texts.size()) {
-    if (!mStack) throw std::bad_alloc();
+    if (!mStack || !mFrames) throw std::bad_alloc();
     if (host) mHostMembers = host->Members();
-    mFrames.reserve(MostFrames);  // they stay where they are: the loop holds on to its own
     mMemory.SetDestroyer(this);
 }
 
@@ -37,7 +38,7 @@ Machine::~Machine() {
 std::optional<ScriptFailure> Machine::Run() {
     try {
         Enter(mProgram.Functions[0], mStack.get(), 0);
-        Execute(0);
+        Execute(mFrames.get());
     } catch (const Thrown& thrown) {
         Object* exception = thrown.Exception;
         ScriptFailure failure;
@@ -59,16 +60,15 @@ std::optional<ScriptFailure> Machine::Run() {
 // Drops what a script leaves that did not come to its end.
 void Machine::EndAll() {
     mMemory.SetDestroyer(nullptr);
-    while (!mFrames.empty()) {
-        ReleaseFrame(mFrames.back());
-        for (const uint16_t reg : mFrames.back().F->GivenBack)
-            mMemory.Release(mFrames.back().Base[reg].H);
-        mFrames.pop_back();
+    for (; mTop != mFrames.get(); --mTop) {
+        ReleaseFrame(*mTop);
+        for (const uint16_t reg : mTop->F->GivenBack)
+            mMemory.Release(mTop->Base[reg].H);
     }
     mMemory.Release(std::exchange(mCaught, nullptr));
 }
 
-void Machine::Execute(size_t depth) {
+void Machine::Execute(const Frame* below) {
     struct Guard {
         explicit Guard(int& runs) : Runs(++runs) {}
         ~Guard() { --Runs; }
@@ -78,9 +78,9 @@ void Machine::Execute(size_t depth) {
         Object* exception = nullptr;
         try {
             if (mBudget == INT64_MAX)
-                Loop<false>(depth);
+                Loop<false>(below);
             else
-                Loop<true>(depth);
+                Loop<true>(below);
             return;
         } catch (const Failure& failure) {
             if (failure.ClassName == "OutOfMemoryException") {
@@ -91,62 +91,45 @@ void Machine::Execute(size_t depth) {
         } catch (const Thrown& thrown) {
             exception = thrown.Exception;
         }
-        if (!Unwind(exception, depth)) throw Thrown{exception};
+        if (!Unwind(exception, below)) throw Thrown{exception};
     }
 }
 
-void Machine::Enter(const Function& function, Slot* base, uint16_t result) {
-    const Slot* end = mStack.get() + StackSlots;
-    if (end - base < static_cast<ptrdiff_t>(function.Registers + function.Window + 8) ||
-        mFrames.size() >= MostFrames) {
-        // What was passed on goes with the call that does not happen.
-        for (const auto* list : {&function.References, &function.GivenBack})
-            for (const uint16_t reg : *list)
-                if (reg < function.Parameters) mMemory.Release(base[reg].H);
-        throw Failure{"StackOverflowException", "Methods call each other too deeply."};
-    }
-    for (const uint16_t reg : function.Fresh)
-        base[reg].H = nullptr;
-    mFrames.push_back({&function, function.Code.data(), base, result});
+void Machine::RefuseCall(const Function& function, Slot* base) {
+    // What was passed on goes with the call that does not happen.
+    for (const auto* list : {&function.References, &function.GivenBack})
+        for (const uint16_t reg : *list)
+            if (reg < function.Parameters) mMemory.Release(base[reg].H);
+    throw Failure{"StackOverflowException", "Methods call each other too deeply."};
 }
 
-void Machine::ReleaseFrame(const Frame& frame) {
-    Slot* base = frame.Base;
-    for (const uint16_t reg : frame.F->References)
-        mMemory.Release(std::exchange(base[reg].H, nullptr));
-}
-
-// Hands an exception to the nearest handler above `depth`; methods on the way end.
-bool Machine::Unwind(Object* exception, size_t depth) {
-    while (mFrames.size() > depth) {
-        Frame& frame = mFrames.back();
-        const auto at = static_cast<uint32_t>(frame.Next - frame.F->Code.data() - 1);
-        for (const Handler& handler : frame.F->Handlers) {
+// Hands an exception to the nearest handler above `below`; methods on the way end.
+bool Machine::Unwind(Object* exception, const Frame* below) {
+    for (; mTop != below; --mTop) {
+        const Function& function = *mTop->F;
+        const auto at = static_cast<uint32_t>(mTop->Next - function.Code.data() - 1);
+        for (const Handler& handler : function.Handlers) {
             if (at < handler.Start || at >= handler.End) continue;
-            frame.Next = frame.F->Code.data() + handler.Target;
+            mTop->Next = function.Code.data() + handler.Target;
             mCaught = exception;
             return true;
         }
-        ReleaseFrame(mFrames.back());
-        const Frame& left = mFrames.back();
-        for (const uint16_t reg : left.F->GivenBack)
-            mMemory.Release(std::exchange(left.Base[reg].H, nullptr));
-        mFrames.pop_back();
+        ReleaseFrame(*mTop);
+        for (const uint16_t reg : function.GivenBack)
+            mMemory.Release(std::exchange(mTop->Base[reg].H, nullptr));
     }
     return false;
 }
 
 int64_t Machine::CurrentLine() const {
-    if (mFrames.empty()) return 0;
-    const Frame& frame = mFrames.back();
-    const auto next = static_cast<size_t>(frame.Next - frame.F->Code.data());
-    return next == 0 ? frame.F->Lines[0] : frame.F->Lines[next - 1];
+    if (mTop == mFrames.get()) return 0;
+    const auto next = static_cast<size_t>(mTop->Next - mTop->F->Code.data());
+    return next == 0 ? mTop->F->Lines[0] : mTop->F->Lines[next - 1];
 }
 
 Slot* Machine::FreeStack() const {
-    if (mFrames.empty()) return mStack.get();
-    const Frame& frame = mFrames.back();
-    return frame.Base + frame.F->Registers + frame.F->Window;
+    if (mTop == mFrames.get()) return mStack.get();
+    return mTop->Base + mTop->F->Registers + mTop->F->Window;
 }
 
 // The line stays that of the first time that the object is raised.
@@ -176,12 +159,12 @@ void Machine::Destroy(Object& object) {
     Slot* base = FreeStack();
     ++object.References;
     base->O = &object;
-    const size_t depth = mFrames.size();
+    const Frame* below = mTop;
     const Slot result = mResult;
     Object* caught = std::exchange(mCaught, nullptr);
     try {
         Enter(function, base, 0);
-        Execute(depth);
+        Execute(below);
     } catch (const Thrown& thrown) {
         mMemory.Release(thrown.Exception);
     } catch (const Failure&) {
@@ -204,9 +187,9 @@ Slot Machine::Invoke(const Delegate& delegate, std::initializer_list<Slot> value
         if (references) Memory::Retain(value.H);
         *place++ = value;
     }
-    const size_t depth = mFrames.size();
+    const Frame* below = mTop;
     Enter(mProgram.Functions[delegate.Function], base, 0);
-    Execute(depth);
+    Execute(below);
     return mResult;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "scripting/compiler/Program.h"
 #include "scripting/compiler/ScriptHost.h"
@@ -55,6 +56,7 @@ class Machine final : public Memory::Destroyer {
     static constexpr size_t StackSlots = size_t{1} << 20;
     static constexpr size_t MostFrames = 100000;
     static constexpr int MostRuns = 100;
+    static constexpr uint32_t Spare = 8;  // slots above a method's own
 
     struct Frame {
         const Function* F;
@@ -68,13 +70,15 @@ class Machine final : public Memory::Destroyer {
     };
     struct Stopped {};
 
-    void Execute(size_t depth);
+    /// Runs the method on top until no frame above `below` is left.
+    void Execute(const Frame* below);
     template <bool Counted>
-    void Loop(size_t depth);
+    void Loop(const Frame* below);
     void Enter(const Function& function, Slot* base, uint16_t result);
+    [[noreturn]] void RefuseCall(const Function& function, Slot* base);
     void ReleaseFrame(const Frame& frame);
     [[noreturn]] void RaiseObject(Object* exception);
-    bool Unwind(Object* exception, size_t depth);
+    bool Unwind(Object* exception, const Frame* below);
     Object* MakeException(const Failure& failure);
     [[nodiscard]] int64_t CurrentLine() const;
     [[nodiscard]] Slot* FreeStack() const;
@@ -88,6 +92,7 @@ class Machine final : public Memory::Destroyer {
     const Function& FunctionOf(const Object* object, int selector) const;
     void CopyElements(Array& to, const Array& from);
     Object* Clone(const Object& from);
+    /// The old value goes last: that may run a destructor, which must find everything in order.
     void Put(Slot& to, script::Heap* value);
     Text* ProgramText(uint32_t index);
     void CallHost(uint32_t index, Slot* arguments);
@@ -98,11 +103,13 @@ class Machine final : public Memory::Destroyer {
     std::vector<HostMember> mHostMembers;
     Console& mConsole;
     Memory mMemory;
-    struct FreeSlots {
-        void operator()(Slot* slots) const { std::free(slots); }
+    struct FreeBlock {
+        void operator()(void* block) const { std::free(block); }
     };
-    std::unique_ptr<Slot, FreeSlots> mStack;  // not touched before it is used
-    std::vector<Frame> mFrames;
+    std::unique_ptr<Slot, FreeBlock> mStack;  // neither is touched before it is used
+    std::unique_ptr<Frame, FreeBlock> mFrames;
+    Frame* mTop;  // of the method that runs; at the start of mFrames, where no method is, if none does
+    const NativeFunction* const* mNatives = NativeTable();
     std::vector<Text*> mTexts;  // the program's, made when they are first needed
     Text* mCharacters[128] = {};
     Object* mCaught = nullptr;
@@ -112,6 +119,26 @@ class Machine final : public Memory::Destroyer {
     uint64_t mSeed = 0x9E3779B97F4A7C15u;
     std::optional<ScriptFailure> mFatal;
 };
+
+inline void Machine::Put(Slot& to, script::Heap* value) {
+    script::Heap* old = to.H;
+    to.H = value;
+    mMemory.Release(old);
+}
+
+inline void Machine::Enter(const Function& function, Slot* base, uint16_t result) {
+    const auto wanted = static_cast<ptrdiff_t>(function.Registers + function.Window + Spare);
+    if (mStack.get() + StackSlots - base < wanted || mTop == mFrames.get() + MostFrames)
+        RefuseCall(function, base);
+    for (const uint16_t reg : function.Fresh)
+        base[reg].H = nullptr;
+    *++mTop = {&function, function.Code.data(), base, result};
+}
+
+inline void Machine::ReleaseFrame(const Frame& frame) {
+    for (const uint16_t reg : frame.F->References)
+        mMemory.Release(std::exchange(frame.Base[reg].H, nullptr));
+}
 
 /// The value of a Variant as one of `type`; counts a reference for the receiver.
 [[nodiscard]] Slot Unbox(Machine& machine, Box* box, const Type& type);

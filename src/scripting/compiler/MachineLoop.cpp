@@ -39,64 +39,121 @@ uint64_t UnsignedOf(double value) {
     return code >= Code::Jump && code <= Code::CallDelegate;
 }
 
-template <typename E>
-E& Element(Slot array, Slot index) {
-    const Array* a = array.A;
-    if (!a || static_cast<uint64_t>(index.I) >= static_cast<uint64_t>(a->Count)) FailOutOfBounds();
-    return reinterpret_cast<E*>(a->Data)[index.I];
+// Where a jump goes. One that goes back most likely goes where the last one went, and asking for that in this
+// way lets a processor run ahead with the next round before it has read the distance. The empty assembly
+// keeps the compiler from noticing that both ways come to the same.
+const Instruction* TargetOf(const Instruction* from, int32_t distance, const Instruction*& loopStart) {
+    const Instruction* target = from + distance;
+    if (distance >= 0) return target;
+    if (target != loopStart)
+        loopStart = target;
+    else
+        asm volatile("" : "+r"(loopStart));
+    return loopStart;
 }
 
-Slot& FieldOf(Slot object, uint16_t index) {
-    if (!object.O) FailNil();
-    return object.O->Fields()[index];
+bool IsWithin(Slot index, Slot array) {
+    return array.A && static_cast<uint64_t>(index.I) < static_cast<uint64_t>(array.A->Count);
+}
+
+template <typename E>
+E& ElementOf(Slot array, Slot index) {
+    return reinterpret_cast<E*>(array.A->Data)[index.I];
 }
 
 }  // namespace
 
 template <bool Counted>
-void Machine::Loop(size_t depth) {
+void Machine::Loop(const Frame* below) {
     static const void* const labels[] = {
 #define X(Name, Letters) &&L_##Name,
         SORBEL_OPCODES(X)
 #undef X
     };
-    Frame* frame = &mFrames.back();
+    const NativeFunction* const* const natives = mNatives;
+    Frame* frame = mTop;
+    const Instruction* loopStart = nullptr;
     const Function* fn = frame->F;
     Slot* r = frame->Base;
-    const Instruction* pc = frame->Next;
-    Instruction i{};
+    const Instruction* pc = frame->Next;  // the operation that comes next
+    Slot* window = nullptr;
     Slot result;
+    uint16_t place = 0;
+    [[maybe_unused]] Code last = Code::Move;
 
-#define NEXT                                                       \
-    do {                                                           \
-        if constexpr (Counted)                                     \
-            if (--mBudget < 0 && MayStop(i.What)) throw Stopped{}; \
-        i = *pc++;                                                 \
-        goto* labels[static_cast<uint16_t>(i.What)];               \
+// Operands are read where they are used, and what most operations do not need is not worked out for them.
+#define THIS pc[-1]
+#define NEXT                                            \
+    do {                                                \
+        if constexpr (Counted) {                        \
+            if (--mBudget < 0 && MayStop(last)) {       \
+                frame->Next = pc + 1;                   \
+                throw Stopped{};                        \
+            }                                           \
+            last = pc->What;                            \
+        }                                               \
+        ++pc;                                           \
+        goto* labels[static_cast<uint16_t>(THIS.What)]; \
     } while (false)
-#define RA r[i.A]
-#define RB r[i.B]
-#define RC r[i.C]
+#define RA r[THIS.A]
+#define RB r[THIS.B]
+#define RC r[THIS.C]
+#define NUMBER static_cast<uint32_t>(THIS.Wide())
 #define SAVE() frame->Next = pc
 #define OP(Name, ...) \
     L_##Name : {      \
         __VA_ARGS__;  \
     }                 \
     NEXT;
-#define JUMP_IF(Condition) \
-    if (Condition) pc += i.ShortC()
-#define RELOAD()             \
-    frame = &mFrames.back(); \
-    fn = frame->F;           \
-    r = frame->Base;         \
+#define JUMP_IF(Condition)                           \
+    if (Condition) {                                 \
+        pc = TargetOf(pc, THIS.ShortC(), loopStart); \
+        NEXT;                                        \
+    }
+#define JUMP_FAR_IF(Condition)                     \
+    if (Condition) {                               \
+        pc = TargetOf(pc, THIS.Wide(), loopStart); \
+        NEXT;                                      \
+    }
+#define NEED_DIVISOR(Number) \
+    if ((Number) == 0) goto divisionByZero
+#define NEED_ELEMENT(Array, Index) \
+    if (!IsWithin(Index, Array)) goto outOfBounds
+#define NEED_OBJECT(Slot) \
+    if (!(Slot).H) goto isNil
+#define ENTER(Callee, Window)      \
+    SAVE();                        \
+    Enter(Callee, Window, THIS.A); \
+    frame = mTop;                  \
+    fn = frame->F;                 \
+    r = frame->Base;               \
     pc = frame->Next
+#define LEAVE()                    \
+    if (!fn->References.empty()) { \
+        SAVE();                    \
+        ReleaseFrame(*frame);      \
+    }                              \
+    place = frame->Result;         \
+    frame = --mTop;                \
+    if (frame == below) {          \
+        mResult = result;          \
+        return;                    \
+    }                              \
+    fn = frame->F;                 \
+    r = frame->Base;               \
+    pc = frame->Next
+#define GET(E, Field)     \
+    NEED_ELEMENT(RB, RC); \
+    RA.Field = ElementOf<E>(RB, RC)
+#define SET(E, Value)     \
+    NEED_ELEMENT(RA, RB); \
+    ElementOf<E>(RA, RB) = static_cast<E>(Value)
 
     NEXT;
 
-    OP(LoadInt, RA.I = i.Wide())
-    OP(LoadConst, RA = mProgram.Constants[static_cast<uint32_t>(i.Wide())])
-    OP(LoadText, SAVE(); Text* text = ProgramText(static_cast<uint32_t>(i.Wide())); Memory::Retain(text);
-       Put(RA, text))
+    OP(LoadInt, RA.I = THIS.Wide())
+    OP(LoadConst, RA = mProgram.Constants[NUMBER])
+    OP(LoadText, SAVE(); Text* text = ProgramText(NUMBER); Memory::Retain(text); Put(RA, text))
     OP(
         LoadNull, if (RA.H) {
             SAVE();
@@ -105,29 +162,30 @@ void Machine::Loop(size_t depth) {
     OP(Move, RA = RB)
     OP(MoveRef, SAVE(); Memory::Retain(RB.H); Put(RA, RB.H))
     OP(
-        Take, SAVE(); script::Heap* taken = RB.H; if (i.A != i.B) {
+        Take, SAVE(); script::Heap* taken = RB.H; if (THIS.A != THIS.B) {
             RB.H = nullptr;
             Put(RA, taken);
         })
     OP(ArgRef, Memory::Retain(RB.H); RA.H = RB.H)
     OP(ArgTake, RA.H = RB.H; RB.H = nullptr)
     OP(CopyStruct, SAVE(); CopyStructure(RA, RB.O))
-    OP(GetTop, RA = mStack.get()[i.Wide()])
-    OP(GetTopRef, SAVE(); script::Heap* held = mStack.get()[i.Wide()].H; Memory::Retain(held); Put(RA, held))
-    OP(SetTop, mStack.get()[i.Wide()] = RA)
-    OP(SetTopRef, SAVE(); Memory::Retain(RA.H); Put(mStack.get()[i.Wide()], RA.H))
+    OP(GetTop, RA = mStack.get()[THIS.Wide()])
+    OP(GetTopRef, SAVE(); script::Heap* held = mStack.get()[THIS.Wide()].H; Memory::Retain(held);
+       Put(RA, held))
+    OP(SetTop, mStack.get()[THIS.Wide()] = RA)
+    OP(SetTopRef, SAVE(); Memory::Retain(RA.H); Put(mStack.get()[THIS.Wide()], RA.H))
 
     OP(AddI, RA.I = Wrap(RB.U + RC.U))
     OP(SubI, RA.I = Wrap(RB.U - RC.U))
     OP(MulI, RA.I = Wrap(RB.U * RC.U))
-    OP(DivI, SAVE(); if (RC.I == 0) FailDivision(); RA.I = RC.I == -1 ? Wrap(0 - RB.U) : RB.I / RC.I)
-    OP(ModI, SAVE(); if (RC.I == 0) FailDivision(); RA.I = RC.I == -1 ? 0 : RB.I % RC.I)
-    OP(DivU, SAVE(); if (RC.U == 0) FailDivision(); RA.U = RB.U / RC.U)
-    OP(ModU, SAVE(); if (RC.U == 0) FailDivision(); RA.U = RB.U % RC.U)
+    OP(DivI, NEED_DIVISOR(RC.I); RA.I = RC.I == -1 ? Wrap(0 - RB.U) : RB.I / RC.I)
+    OP(ModI, NEED_DIVISOR(RC.I); RA.I = RC.I == -1 ? 0 : RB.I % RC.I)
+    OP(DivU, NEED_DIVISOR(RC.U); RA.U = RB.U / RC.U)
+    OP(ModU, NEED_DIVISOR(RC.U); RA.U = RB.U % RC.U)
     OP(AndI, RA.U = RB.U & RC.U)
     OP(OrI, RA.U = RB.U | RC.U)
     OP(XorI, RA.U = RB.U ^ RC.U)
-    OP(AddK, RA.I = Wrap(RB.U + static_cast<uint64_t>(int64_t{i.ShortC()})))
+    OP(AddK, RA.I = Wrap(RB.U + static_cast<uint64_t>(int64_t{THIS.ShortC()})))
     OP(NegI, RA.I = Wrap(0 - RB.U))
     OP(NotI, RA.U = ~RB.U)
     OP(NotB, RA.I = RB.I == 0)
@@ -177,9 +235,9 @@ L_DivF : {
     OP(LtS, RA.I = CompareTexts(RB.T, RC.T) < 0)
     OP(LeS, RA.I = CompareTexts(RB.T, RC.T) <= 0)
 
-    OP(Jump, pc += i.Wide())
-    OP(JumpIf, if (RA.I) pc += i.Wide())
-    OP(JumpUnless, if (!RA.I) pc += i.Wide())
+    OP(Jump, JUMP_FAR_IF(true))
+    OP(JumpIf, JUMP_FAR_IF(RA.I))
+    OP(JumpUnless, JUMP_FAR_IF(!RA.I))
     OP(JEqI, JUMP_IF(RA.I == RB.I))
     OP(JNeI, JUMP_IF(RA.I != RB.I))
     OP(JLtI, JUMP_IF(RA.I < RB.I))
@@ -196,14 +254,14 @@ L_DivF : {
     OP(JNeS, JUMP_IF(!SameText(RA.T, RB.T)))
     OP(JLtS, JUMP_IF(CompareTexts(RA.T, RB.T) < 0))
     OP(JLeS, JUMP_IF(CompareTexts(RA.T, RB.T) <= 0))
-    OP(JEqK, JUMP_IF(RA.I == i.ShortB()))
-    OP(JNeK, JUMP_IF(RA.I != i.ShortB()))
-    OP(JLtK, JUMP_IF(RA.I < i.ShortB()))
-    OP(JLeK, JUMP_IF(RA.I <= i.ShortB()))
-    OP(JGtK, JUMP_IF(RA.I > i.ShortB()))
-    OP(JGeK, JUMP_IF(RA.I >= i.ShortB()))
-    OP(ForUp, const bool more = RA.I < RB.I; RA.I = Wrap(RA.U + 1); JUMP_IF(more))
-    OP(ForDown, const bool more = RA.I > RB.I; RA.I = Wrap(RA.U - 1); JUMP_IF(more))
+    OP(JEqK, JUMP_IF(RA.I == THIS.ShortB()))
+    OP(JNeK, JUMP_IF(RA.I != THIS.ShortB()))
+    OP(JLtK, JUMP_IF(RA.I < THIS.ShortB()))
+    OP(JLeK, JUMP_IF(RA.I <= THIS.ShortB()))
+    OP(JGtK, JUMP_IF(RA.I > THIS.ShortB()))
+    OP(JGeK, JUMP_IF(RA.I >= THIS.ShortB()))
+    OP(ForUp, const int64_t before = RA.I; RA.I = Wrap(RA.U + 1); JUMP_IF(before < RB.I))
+    OP(ForDown, const int64_t before = RA.I; RA.I = Wrap(RA.U - 1); JUMP_IF(before > RB.I))
 
 L_ForStep : {
     // The jump that follows belongs to this operation: it is taken here, or stepped over.
@@ -211,32 +269,27 @@ L_ForStep : {
     const bool over = __builtin_add_overflow(RA.I, RC.I, &next);
     RA.I = next;
     const bool more = !over && (RC.I >= 0 ? next <= RB.I : next >= RB.I);
-    pc += more ? pc->Wide() + 1 : 1;
+    ++pc;
+    JUMP_FAR_IF(more);
 }
     NEXT;
 L_Call : {
-    SAVE();
-    Enter(mProgram.Functions[static_cast<uint32_t>(i.Wide())], r + fn->Registers, i.A);
-    RELOAD();
+    window = r + fn->Registers;
+    ENTER(mProgram.Functions[NUMBER], window);
 }
     NEXT;
 L_CallVirtual : {
-    SAVE();
-    Slot* window = r + fn->Registers;
-    Enter(mProgram.Functions[window->O->Class->Virtual[i.B]], window, i.A);
-    RELOAD();
+    window = r + fn->Registers;
+    ENTER(mProgram.Functions[window->O->Class->Virtual[THIS.B]], window);
 }
     NEXT;
 L_CallInterface : {
-    SAVE();
-    Slot* window = r + fn->Registers;
-    Enter(FunctionOf(window->O, i.B), window, i.A);
-    RELOAD();
+    window = r + fn->Registers;
+    ENTER(FunctionOf(window->O, THIS.B), window);
 }
     NEXT;
 L_CallDelegate : {
-    SAVE();
-    Slot* window = r + fn->Registers;
+    window = r + fn->Registers;
     const Delegate& delegate = *RB.G;
     if (delegate.HasTarget) {
         Memory::Retain(delegate.Target);
@@ -244,115 +297,104 @@ L_CallDelegate : {
     } else {
         ++window;
     }
-    Enter(mProgram.Functions[delegate.Function], window, i.A);
-    RELOAD();
+    ENTER(mProgram.Functions[delegate.Function], window);
 }
     NEXT;
-    OP(CallNative, SAVE(); Slot* window = r + fn->Registers;
-       NativeAt(static_cast<uint32_t>(i.Wide())).Run(*this, window); RA = *window)
-    OP(CallNativeRef, SAVE(); Slot* window = r + fn->Registers;
-       NativeAt(static_cast<uint32_t>(i.Wide())).Run(*this, window); Put(RA, window->H))
-    OP(CallHost, SAVE(); Slot* window = r + fn->Registers; CallHost(static_cast<uint32_t>(i.Wide()), window);
-       RA = *window)
-    OP(CallHostRef, SAVE(); Slot* window = r + fn->Registers;
-       CallHost(static_cast<uint32_t>(i.Wide()), window); Put(RA, window->H))
+    OP(CallNative, SAVE(); window = r + fn->Registers; natives[NUMBER]->Run(*this, window); RA = *window)
+    OP(CallNativeRef, SAVE(); window = r + fn->Registers; natives[NUMBER]->Run(*this, window);
+       Put(RA, window->H))
+    OP(CallHost, SAVE(); window = r + fn->Registers; CallHost(NUMBER, window); RA = *window)
+    OP(CallHostRef, SAVE(); window = r + fn->Registers; CallHost(NUMBER, window); Put(RA, window->H))
     OP(TakeOut, SAVE(); Put(RA, RB.H))
 
+L_Return : { LEAVE(); }
+    NEXT;
+L_ReturnValue : {
+    result = RA;
+    LEAVE();
+    r[place] = result;
+}
+    NEXT;
 L_ReturnTake : {
     result = RA;
     RA.H = nullptr;
-    goto leave;
-}
-L_Return : {
-    result.I = 0;
-    goto leave;
-}
-L_ReturnValue : { result = RA; }
-leave : {
-    SAVE();
-    const Code how = i.What;
-    const uint16_t place = mFrames.back().Result;
-    if (!fn->References.empty()) ReleaseFrame(mFrames.back());
-    mFrames.pop_back();
-    if (mFrames.size() == depth) {
-        mResult = result;
-        return;
-    }
-    RELOAD();
-    if (how == Code::ReturnValue)
-        r[place] = result;
-    else if (how != Code::Return)
-        Put(r[place], result.H);
+    LEAVE();
+    Put(r[place], result.H);
 }
     NEXT;
 
-    OP(New, SAVE(); Put(RA, mMemory.NewObject(mProgram.Classes[static_cast<uint32_t>(i.Wide())])))
-    OP(GetField, SAVE(); RA = FieldOf(RB, i.C))
-    OP(GetFieldRef, SAVE(); script::Heap* field = FieldOf(RB, i.C).H; Memory::Retain(field); Put(RA, field))
+    OP(New, SAVE(); Put(RA, mMemory.NewObject(mProgram.Classes[NUMBER])))
+    OP(GetField, NEED_OBJECT(RB); RA = RB.O->Fields()[THIS.C])
+    OP(GetFieldRef, SAVE(); NEED_OBJECT(RB); script::Heap* field = RB.O->Fields()[THIS.C].H;
+       Memory::Retain(field); Put(RA, field))
 L_GetFieldStruct : {
     SAVE();
-    Slot& field = FieldOf(RB, i.C);
-    if (!field.O) field.O = mMemory.NewObject(*RB.O->Class->StructureField[i.C]);
+    NEED_OBJECT(RB);
+    Slot& field = RB.O->Fields()[THIS.C];
+    if (!field.O) field.O = mMemory.NewObject(*RB.O->Class->StructureField[THIS.C]);
     Memory::Retain(field.H);
     Put(RA, field.H);
 }
     NEXT;
-    OP(SetField, SAVE(); FieldOf(RA, i.C) = RB)
-    OP(SetFieldRef, SAVE(); Slot& field = FieldOf(RA, i.C); Memory::Retain(RB.H); Put(field, RB.H))
-    OP(SetFieldTake, SAVE(); Slot& field = FieldOf(RA, i.C); script::Heap* value = RB.H; RB.H = nullptr;
-       Put(field, value))
+    OP(SetField, NEED_OBJECT(RA); RA.O->Fields()[THIS.C] = RB)
+    OP(SetFieldRef, SAVE(); NEED_OBJECT(RA); Slot& field = RA.O->Fields()[THIS.C]; Memory::Retain(RB.H);
+       Put(field, RB.H))
+    OP(SetFieldTake, SAVE(); NEED_OBJECT(RA); Slot& field = RA.O->Fields()[THIS.C];
+       script::Heap* value = RB.H; RB.H = nullptr; Put(field, value))
     OP(CheckNil, SAVE();
        if (!RA.H || (RA.H->What == HeapKind::Delegate && RA.G->HasTarget && !RA.G->Target)) FailNil())
-    OP(IsA, RA.I = RB.O && RB.O->Class->Is(i.C))
+    OP(IsA, RA.I = RB.O && RB.O->Class->Is(THIS.C))
 L_Cast : {
     SAVE();
     Object* object = RB.O;
-    if (object && !object->Class->Is(i.C))
+    if (object && !object->Class->Is(THIS.C))
         throw Failure{"IllegalCastException", "An object is not of the class that it is cast to."};
     Memory::Retain(object);
     Put(RA, object);
 }
     NEXT;
-    OP(NewArray, SAVE(); NewArray(RA, &RB, mProgram.Arrays[i.C]))
-    OP(ReDim, SAVE(); ReDim(RA.A, &RB, i.C))
+    OP(NewArray, SAVE(); NewArray(RA, &RB, mProgram.Arrays[THIS.C]))
+    OP(ReDim, SAVE(); ReDim(RA.A, &RB, THIS.C))
     OP(FlatIndex, SAVE(); RA.I = FlatIndex(RB.A, &RC))
-    OP(GetI8, SAVE(); RA.I = Element<int8_t>(RB, RC))
-    OP(GetU8, SAVE(); RA.I = Element<uint8_t>(RB, RC))
-    OP(GetI16, SAVE(); RA.I = Element<int16_t>(RB, RC))
-    OP(GetU16, SAVE(); RA.I = Element<uint16_t>(RB, RC))
-    OP(GetI32, SAVE(); RA.I = Element<int32_t>(RB, RC))
-    OP(GetU32, SAVE(); RA.I = Element<uint32_t>(RB, RC))
-    OP(Get64, SAVE(); RA = Element<Slot>(RB, RC))
-    OP(GetF32, SAVE(); RA.D = static_cast<double>(Element<float>(RB, RC)))
-    OP(GetElement, SAVE(); script::Heap* element = Element<script::Heap*>(RB, RC); Memory::Retain(element);
-       Put(RA, element))
+    OP(GetI8, GET(int8_t, I))
+    OP(GetU8, GET(uint8_t, I))
+    OP(GetI16, GET(int16_t, I))
+    OP(GetU16, GET(uint16_t, I))
+    OP(GetI32, GET(int32_t, I))
+    OP(GetU32, GET(uint32_t, I))
+    OP(Get64, NEED_ELEMENT(RB, RC); RA = ElementOf<Slot>(RB, RC))
+    OP(GetF32, GET(float, D))
+    OP(GetElement, SAVE(); NEED_ELEMENT(RB, RC); script::Heap* element = ElementOf<script::Heap*>(RB, RC);
+       Memory::Retain(element); Put(RA, element))
 L_GetElementStruct : {
     SAVE();
-    auto& element = Element<Object*>(RB, RC);
+    NEED_ELEMENT(RB, RC);
+    auto& element = ElementOf<Object*>(RB, RC);
     if (!element) element = mMemory.NewObject(*RB.A->Structure);
     Memory::Retain(element);
     Put(RA, element);
 }
     NEXT;
-    OP(Set8, SAVE(); Element<uint8_t>(RA, RB) = static_cast<uint8_t>(RC.U))
-    OP(Set16, SAVE(); Element<uint16_t>(RA, RB) = static_cast<uint16_t>(RC.U))
-    OP(Set32, SAVE(); Element<uint32_t>(RA, RB) = static_cast<uint32_t>(RC.U))
-    OP(Set64, SAVE(); Element<Slot>(RA, RB) = RC)
-    OP(SetF32, SAVE(); Element<float>(RA, RB) = static_cast<float>(RC.D))
-    OP(SetElement, SAVE(); Slot& element = Element<Slot>(RA, RB); Memory::Retain(RC.H); Put(element, RC.H))
-    OP(SetElementTake, SAVE(); Slot& element = Element<Slot>(RA, RB); script::Heap* value = RC.H;
-       RC.H = nullptr; Put(element, value))
+    OP(Set8, SET(uint8_t, RC.U))
+    OP(Set16, SET(uint16_t, RC.U))
+    OP(Set32, SET(uint32_t, RC.U))
+    OP(Set64, SET(Slot, RC))
+    OP(SetF32, SET(float, RC.D))
+    OP(SetElement, SAVE(); NEED_ELEMENT(RA, RB); Slot& element = ElementOf<Slot>(RA, RB);
+       Memory::Retain(RC.H); Put(element, RC.H))
+    OP(SetElementTake, SAVE(); NEED_ELEMENT(RA, RB); Slot& element = ElementOf<Slot>(RA, RB);
+       script::Heap* value = RC.H; RC.H = nullptr; Put(element, value))
     OP(Concat, SAVE(); AppendText(mMemory, RA, RB, RC))
     OP(Length, RA.I = CountCharacters(RB.T))
 L_Box : {
     SAVE();
-    script::Heap* box = mMemory.NewBox(mProgram.BoxTypes[i.C], RB);
+    script::Heap* box = mMemory.NewBox(mProgram.BoxTypes[THIS.C], RB);
     Put(RA, box);
 }
     NEXT;
 L_Unbox : {
     SAVE();
-    const Type& type = *mProgram.BoxTypes[i.C];
+    const Type& type = *mProgram.BoxTypes[THIS.C];
     const Slot value = Unbox(*this, RB.V, type);
     if (type.IsReference())
         Put(RA, value.H);
@@ -360,7 +402,7 @@ L_Unbox : {
         RA = value;
 }
     NEXT;
-    OP(MakeDelegate, SAVE(); MakeDelegate(RA, RB.O, mProgram.Delegates[i.C]))
+    OP(MakeDelegate, SAVE(); MakeDelegate(RA, RB.O, mProgram.Delegates[THIS.C]))
 L_Raise : {
     SAVE();
     if (!RA.O) FailNil();
@@ -368,19 +410,38 @@ L_Raise : {
     RaiseObject(RA.O);
 }
     OP(GetCaught, SAVE(); Object* caught = mCaught; mCaught = nullptr; Put(RA, caught))
-    OP(GoSub, RA.I = pc - fn->Code.data(); pc += i.Wide())
+    OP(GoSub, RA.I = pc - fn->Code.data(); pc += THIS.Wide())
     OP(ReturnSub, pc = fn->Code.data() + RA.I)
+
+divisionByZero:
+    SAVE();
+    FailDivision();
+outOfBounds:
+    SAVE();
+    FailOutOfBounds();
+isNil:
+    SAVE();
+    FailNil();
+#undef THIS
 #undef NEXT
 #undef RA
 #undef RB
 #undef RC
+#undef NUMBER
 #undef SAVE
 #undef OP
 #undef JUMP_IF
-#undef RELOAD
+#undef JUMP_FAR_IF
+#undef NEED_DIVISOR
+#undef NEED_ELEMENT
+#undef NEED_OBJECT
+#undef GET
+#undef SET
+#undef ENTER
+#undef LEAVE
 }
 
-template void Machine::Loop<false>(size_t depth);
-template void Machine::Loop<true>(size_t depth);
+template void Machine::Loop<false>(const Frame* below);
+template void Machine::Loop<true>(const Frame* below);
 
 }  // namespace sorbel::script

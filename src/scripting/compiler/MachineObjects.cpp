@@ -5,18 +5,10 @@
 
 namespace sorbel::script {
 
-// The old value goes last: that may run a destructor, which must find everything in order.
-void Machine::Put(Slot& to, script::Heap* value) {
-    script::Heap* old = to.H;
-    to.H = value;
-    mMemory.Release(old);
-}
-
 void ResizeArray(Memory& memory, Array& array, int64_t count) {
     const size_t size = ElementSize(array.Element);
     if (count > array.Capacity) {
-        if (count > static_cast<int64_t>(Memory::Limit / size))
-            throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+        if (count > static_cast<int64_t>(Memory::Limit / size)) FailMemory();
         const int64_t room = array.Count == 0 ? count : std::max(count, array.Capacity * 2);
         const auto before = static_cast<size_t>(array.Capacity) * size;
         const auto after = static_cast<size_t>(room) * size;
@@ -38,11 +30,9 @@ int64_t CountOf(const Slot* bounds, uint32_t rank, std::vector<int64_t>& sizes) 
     for (uint32_t place = 0; place < rank; ++place) {
         const int64_t bound = bounds[place].I;
         if (bound < -1) FailOutOfBounds();
-        if (bound >= static_cast<int64_t>(Memory::Limit))
-            throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+        if (bound >= static_cast<int64_t>(Memory::Limit)) FailMemory();
         sizes.push_back(bound + 1);
-        if (count > 0 && bound + 1 > static_cast<int64_t>(Memory::Limit) / count)
-            throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+        if (count > 0 && bound + 1 > static_cast<int64_t>(Memory::Limit) / count) FailMemory();
         count *= bound + 1;
     }
     return count;

@@ -103,8 +103,7 @@ void AppendText(Memory& memory, Slot& to, const Slot& a, const Slot& b) {
         to.T = same;
         return memory.Release(old);
     }
-    if (before + added >= Memory::Limit)
-        throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    if (before + added >= Memory::Limit) FailMemory();
     const bool known = left->Characters != Text::Unknown && right->Characters != Text::Unknown &&
                        !StartsInside(right->View());
     const uint32_t characters = known ? left->Characters + right->Characters : Text::Unknown;
@@ -114,10 +113,9 @@ void AppendText(Memory& memory, Slot& to, const Slot& a, const Slot& b) {
     if (grows && left->References == 1) {
         memory.DropIndex(*left);
         if (before + added > left->Capacity) {
-            const size_t capacity = std::max(before * 2, before + added + 16);
-            result = static_cast<Text*>(
-                memory.Resize(left, sizeof(Text) + left->Capacity, sizeof(Text) + capacity));
-            result->Capacity = static_cast<uint32_t>(capacity);
+            const size_t bytes = Memory::Room(sizeof(Text) + std::max(before * 2, before + added + 16));
+            result = static_cast<Text*>(memory.Resize(left, sizeof(Text) + left->Capacity, bytes));
+            result->Capacity = static_cast<uint32_t>(bytes - sizeof(Text));
             to.T = result;
         }
         if (right == left) right = result;

@@ -79,7 +79,8 @@ struct NativeParameter {
 [[nodiscard]] std::vector<const NativeFunction*> FindNative(StringView name);
 [[nodiscard]] const NativeFunction& Native(StringView name);
 [[nodiscard]] uint32_t NativeIndex(const NativeFunction& function);
-[[nodiscard]] const NativeFunction& NativeAt(uint32_t index);
+/// All of them, by their indices.
+[[nodiscard]] const NativeFunction* const* NativeTable();
 
 /// Declarations in the language itself that stand before every script.
 [[nodiscard]] StringView Prelude();
