@@ -25,6 +25,7 @@ class SilentBackend : public Backend {
     std::shared_ptr<FolderItem> AskSaveFile(StringView, StringView) override { return File; }
     MenuItem* PopUp(MenuItem&, int, int) override { return nullptr; }
 
+    void SetBusy(bool) override {}
     void Beep() override {}
     void Launch(const FolderItem&) override {}
     [[nodiscard]] Color Theme(SystemColor) const override { return {0x111111}; }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "editing/undo/UndoManager.h"
@@ -10,6 +11,7 @@
 #include "ui/Notifications.h"
 #include "ui/OptionsButton.h"
 #include "ui/SimpleSplitter.h"
+#include "ui/toolkit/Busy.h"
 #include "ui/toolkit/Label.h"
 #include "ui/toolkit/Listbox.h"
 #include "ui/toolkit/PopupMenu.h"
@@ -116,6 +118,8 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     void SetUpControls();
     void BindEvents();
     void AddMenuHandlers();
+    void WriteDocument();
+    [[nodiscard]] Busy BusyIfLarge() const;
     [[nodiscard]] bool OnlyNonlocalized() const;
     [[nodiscard]] MenuItem* Item(StringView name) const;
     void EnableItem(StringView name, bool enabled) const;
@@ -154,6 +158,7 @@ class MainWindow : public Window, public Listener, public FrontDocument {
 
     enum class Imported { Done, Cancelled };
     Imported ImportFile(const FolderItem& f);
+    Imported MergeLocale(const LocalizedStringSet& imported);
     bool AskLanguage(StringView importedLanguage);
     void UpdateApplication(void (*update)(const LocalizedStringSet& set));
 
@@ -162,13 +167,18 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     [[nodiscard]] Color DisabledTextColor() const;
 
     // Reactions to changes, and what is remembered of those put off in a batch (MainWindowBatch.cpp).
+    struct PutOff {
+        bool OnlyNonlocalized;       ///< as in the whole batch, since changes touch no filter
+        std::optional<Finder> Term;  ///< searched for, likewise; nothing without a search
+        bool Selected = false;       ///< a row, by a reaction put off
+        bool Deselected = false;     ///< by the next one
+    };
     void ReactToChange(StringView identifier);
     void PutOffReaction(StringView identifier);
+    void BeginPutOff();
     [[nodiscard]] bool SearchSelects(StringView identifier, const PlatformTable& entry, bool shown) const;
     bool mReactedInBatch = false;               ///< to the first change of the batch that is going on
-    bool mReactionDue = false;                  ///< to a later one
-    bool mSelectedMeanwhile = false;            ///< a row, by a reaction put off
-    bool mDeselectedMeanwhile = false;          ///< by the next one
+    std::optional<PutOff> mPutOff;              ///< the reactions to later ones
     Dictionary<String, bool> mHiddenMeanwhile;  ///< strings that a reaction put off would have filtered out
 };
 

@@ -9,20 +9,28 @@ namespace sorbel {
 // that it lost in between, and the panes emptied if a selection got lost.
 
 void MainWindow::PutOffReaction(StringView identifier) {
-    mReactionDue = true;
-    mDeselectedMeanwhile = mDeselectedMeanwhile || mSelectedMeanwhile;
+    if (!mPutOff) BeginPutOff();
+    if (!ActiveHistory && !mPutOff->OnlyNonlocalized && !mPutOff->Term) return;  // every string is listed
+    mPutOff->Deselected = mPutOff->Deselected || mPutOff->Selected;
     const PlatformTable* entry = StringSet->Entries.Find(identifier);
     if (!entry) return;
     const bool shown = !ActiveHistory || IsNewOrChanged(*entry, ActiveHistory->Entries.Find(identifier));
-    if (!shown || (OnlyNonlocalized() && !IsUntranslated(*entry))) mHiddenMeanwhile.Set(identifier, true);
-    mSelectedMeanwhile = mSelectedMeanwhile || SearchSelects(identifier, *entry, shown);
+    if (!shown || (mPutOff->OnlyNonlocalized && !IsUntranslated(*entry)))
+        mHiddenMeanwhile.Set(identifier, true);
+    mPutOff->Selected = mPutOff->Selected || SearchSelects(identifier, *entry, shown);
+}
+
+void MainWindow::BeginPutOff() {
+    const String term = Trim(SearchField.Text());
+    mPutOff.emplace();
+    mPutOff->OnlyNonlocalized = OnlyNonlocalized();
+    if (!term.empty()) mPutOff->Term.emplace(term);
 }
 
 /// Whether a search that finds this string, or that does not, assigns the selection because of that.
 bool MainWindow::SearchSelects(StringView identifier, const PlatformTable& entry, bool shown) const {
-    const String term = Trim(SearchField.Text());
-    if (term.empty()) return false;
-    const Finder finder(term);
+    if (!mPutOff->Term) return false;
+    const Finder& finder = *mPutOff->Term;
     const SearchScopes scopes{NameChecked, DefaultChecked, TranslatedChecked};
     if (shown && MatchesName(identifier, finder, scopes)) return Equal(identifier, lastSelectedItem);
     if (!lastSelectedItem.empty()) return false;
@@ -32,9 +40,10 @@ bool MainWindow::SearchSelects(StringView identifier, const PlatformTable& entry
 }
 
 void MainWindow::BatchEnded() {
-    if (mDeselectedMeanwhile) ShowNoSelection();
-    if (mReactionDue) RebuildHistoryPopup();
-    mReactedInBatch = mReactionDue = mSelectedMeanwhile = mDeselectedMeanwhile = false;
+    if (mPutOff && mPutOff->Deselected) ShowNoSelection();
+    if (mPutOff) RebuildHistoryPopup();
+    mReactedInBatch = false;
+    mPutOff.reset();
     mHiddenMeanwhile.Clear();
 }
 

@@ -58,14 +58,12 @@ void MainWindow::ValueChanged(StringView identifier) {
 }
 
 void MainWindow::ReactToChange(StringView identifier) {
-    for (int64_t row = 0; row < ListBox1.ListCount(); ++row)
-        if (Equal(ListBox1.TextTag(row), identifier)) ListBox1.InvalidateRow(row);
     const int64_t selected = ListBox1.ListIndex();
     if (selected >= 0 && Equal(ListBox1.TextTag(selected), identifier)) {
         const InternalChange guard(IsInternalChange);
         ListBox1.SetListIndex(selected);  // fills the panes again
     }
-    RebuildHistoryPopup();
+    RebuildHistoryPopup();  // rebuilds the list too, so no row need be painted anew before
 }
 
 }  // namespace sorbel

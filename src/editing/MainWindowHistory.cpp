@@ -19,6 +19,7 @@ void MainWindow::RebuildHistoryPopup() {
 }
 
 void MainWindow::HistoryFilter_Change() {
+    const Busy busy = BusyIfLarge();
     const int64_t row = HistoryFilter.ListIndex();
     DetermineChangedStrings(
         row < 0 ? nullptr : std::static_pointer_cast<LocalizedStringSet>(HistoryFilter.RowTag(row)));

@@ -6,6 +6,7 @@
 namespace sorbel {
 
 std::shared_ptr<MainWindow> MainWindow::Create(Application& app, const std::shared_ptr<FolderItem>& f) {
+    const Busy busy(app.Desktop());
     auto window = std::make_shared<MainWindow>(app);
     window->Constructor(f);
     return window;
@@ -30,10 +31,21 @@ void MainWindow::Constructor(const std::shared_ptr<FolderItem>& f) {
 }
 
 void MainWindow::SaveFile() {
-    StringSet->WriteFile(*mDiskFile);
+    WriteDocument();
     undoManager->MarkSave();
     IsDirty = false;
     UpdateProxyIcon();
+}
+
+void MainWindow::WriteDocument() {
+    const Busy busy(App().Desktop());
+    StringSet->WriteFile(*mDiskFile);
+}
+
+/// For a pass over all strings: from this number on it may be felt, below it a sign of it would only flicker.
+Busy MainWindow::BusyIfLarge() const {
+    constexpr int64_t large = 100000;
+    return Busy(App().Desktop(), StringSet->Entries.Count() >= large);
 }
 
 void MainWindow::UpdateProxyIcon() {
@@ -63,7 +75,7 @@ bool MainWindow::Event_CancelClose(bool /*appQuitting*/) {
     dialog.AlternateActionButton.Visible = true;
     const MessageDialogButton* pressed = dialog.ShowModalWithin(*this);
     if (pressed == &dialog.CancelButton) return true;
-    if (pressed == &dialog.ActionButton) StringSet->WriteFile(*mDiskFile);
+    if (pressed == &dialog.ActionButton) WriteDocument();
     return false;
 }
 

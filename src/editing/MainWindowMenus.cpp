@@ -28,12 +28,14 @@ void MainWindow::Event_EnableMenuItems() {
 }
 
 bool MainWindow::_EditRedo_Action() {
+    const Busy busy = BusyIfLarge();
     undoManager->Redo();
     BringDirtyInStep();
     return true;
 }
 
 bool MainWindow::_EditUndo_Action() {
+    const Busy busy = BusyIfLarge();
     undoManager->Undo();
     BringDirtyInStep();
     return true;

@@ -47,6 +47,7 @@ class HeadlessBackend : public Backend {
     std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) override;
     std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) override;
     MenuItem* PopUp(MenuItem& menu, int x, int y) override;
+    void SetBusy(bool) override {}  // nobody waits for it
     void Beep() override { ++mBeeps; }
     void Launch(const FolderItem& item) override { mLaunched.push_back(item.NativePath()); }
     [[nodiscard]] Color Theme(SystemColor color) const override;

@@ -39,15 +39,19 @@ size_t SplitFields(StringView line, char delimiter, StringView (&fields)[4]) {
     return count;
 }
 
+/// `next` is the place of the entry that follows the last one found, which most rows are about.
 std::unique_ptr<StringSetChange> ChangeOfRow(const std::shared_ptr<LocalizedStringSet>& document,
-                                             StringView line, char delimiter) {
+                                             StringView line, char delimiter, int64_t& next) {
     StringView fields[4];
     const size_t count = SplitFields(line, delimiter, fields);
-    if (count < 4 || !document->Entries.HasKey(fields[0])) return nullptr;
+    if (count < 4) return nullptr;
     const std::optional<int64_t> platform = PlatformOfWord(fields[1]);
     if (!platform) return nullptr;
+    const int64_t place = document->Entries.PlaceOf(fields[0], next);
+    if (place < 0) return nullptr;
+    next = place + 1;
     return std::make_unique<StringSetChange>(document, fields[0], *platform, DecodeCStyleEscapes(fields[3]),
-                                             StringView());
+                                             StringView(), place);
 }
 
 std::optional<TextInputStream> OpenAsTextFile(const FolderItem& f) {
@@ -81,8 +85,9 @@ std::unique_ptr<ImportChange> ChangesFromDelimitedText(const std::shared_ptr<Loc
     const std::optional<char> delimiter = DelimiterOf(line);
     if (!delimiter) return nullptr;
     auto change = std::make_unique<ImportChange>();
+    int64_t next = 0;
     for (;; line = stream->ReadLine()) {
-        if (auto single = ChangeOfRow(document, line, *delimiter))
+        if (auto single = ChangeOfRow(document, line, *delimiter, next))
             change->Changes.push_back(std::move(single));
         if (stream->EndOfFile()) return change;
     }

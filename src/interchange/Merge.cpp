@@ -8,12 +8,15 @@ std::unique_ptr<ImportChange> ChangesFromLocale(const std::shared_ptr<LocalizedS
                                                 const LocalizedStringSet& imported) {
     auto change = std::make_unique<ImportChange>();
     change->StringSet = document;
+    int64_t next = 0;
     for (const auto& [identifier, entry] : imported.Entries) {
-        if (!document->Entries.HasKey(identifier)) continue;
+        const int64_t place = document->Entries.PlaceOf(identifier, next);
+        if (place < 0) continue;
+        next = place + 1;
         for (int64_t index = 0; index < entry.Count(); ++index) {
             const PlatformTable::Item& item = entry.ItemAt(index);
             change->Changes.push_back(std::make_unique<StringSetChange>(
-                document, identifier, item.Platform, item.Value.Localized, item.Value.Original));
+                document, identifier, item.Platform, item.Value.Localized, item.Value.Original, place));
         }
     }
     change->Histories.push_back(document->Clone());

@@ -55,6 +55,28 @@ void UseGregorianThroughout(icu::DateFormat& format) {
     if (U_SUCCESS(status)) format.adoptCalendar(calendar.release());
 }
 
+std::unique_ptr<icu::DateFormat> MakeLongFormat(const icu::Locale& locale) {
+    std::unique_ptr<icu::DateFormat> format(
+        icu::DateFormat::createDateInstance(icu::DateFormat::kLong, locale));
+    if (!format) return nullptr;
+    format->setTimeZone(*icu::TimeZone::getGMT());
+    UseGregorianThroughout(*format);
+    return format;
+}
+
+/// Null if there is none. Making one takes longer than all else about a date, so the last one is kept, by
+/// each thread for itself.
+const icu::DateFormat* LongFormat() {
+    struct Kept {
+        icu::Locale For;
+        std::unique_ptr<icu::DateFormat> Format;
+    };
+    thread_local Kept kept;
+    const icu::Locale locale = Locale().empty() ? icu::Locale::getDefault() : icu::Locale(Locale().c_str());
+    if (!kept.Format || kept.For != locale) kept = {locale, MakeLongFormat(locale)};
+    return kept.Format.get();
+}
+
 }  // namespace
 
 Date::Date() {
@@ -94,12 +116,8 @@ void Date::SetSQLDateTime(StringView text) {
 }
 
 String Date::LongDate() const {
-    const icu::Locale locale = Locale().empty() ? icu::Locale::getDefault() : icu::Locale(Locale().c_str());
-    const std::unique_ptr<icu::DateFormat> format(
-        icu::DateFormat::createDateInstance(icu::DateFormat::kLong, locale));
+    const icu::DateFormat* const format = LongFormat();
     if (!format) return SQLDateTime().substr(0, 10);  // ICU without its data
-    format->setTimeZone(*icu::TimeZone::getGMT());
-    UseGregorianThroughout(*format);
     const auto midnight = sys_days(Civil(mYear, mMonth, mDay)).time_since_epoch();
     icu::UnicodeString text;
     format->format(static_cast<UDate>(duration_cast<milliseconds>(midnight).count()), text);

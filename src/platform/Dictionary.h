@@ -58,6 +58,7 @@ class Dictionary {
     /// The key at a place in the order, from 0.
     [[nodiscard]] const Key& KeyAt(int64_t index) const { return mItems[CheckedIndex(index)].First; }
     [[nodiscard]] const Value& ValueAt(int64_t index) const { return mItems[CheckedIndex(index)].Second; }
+    [[nodiscard]] const Item& ItemAt(int64_t index) const { return mItems[CheckedIndex(index)]; }
     /// A copy of all keys, in order.
     [[nodiscard]] std::vector<Key> Keys() const;
 
@@ -68,12 +69,16 @@ class Dictionary {
     /// Fails with KeyNotFoundException.
     [[nodiscard]] const Value& At(View key) const;
 
+    /// The place of a key, -1 if it is not there. A good `guess` saves the search: whoever walks through keys
+    /// that mostly follow each other here too guesses the place behind the last.
+    [[nodiscard]] int64_t PlaceOf(View key, int64_t guess) const;
+
     /// Stores a value; an existing key keeps its place and spelling.
     void Set(View key, Value value);
     /// The value of a key, which is added with a default value if it is new; `makeKey()` gives the key to
-    /// store.
+    /// store. `guess` is that of `PlaceOf`.
     template <typename MakeKey>
-    Value& FindOrAdd(View key, MakeKey makeKey);
+    Value& FindOrAdd(View key, MakeKey makeKey, int64_t guess = -1);
 
     bool Remove(View key);
     void Clear();
@@ -92,6 +97,9 @@ class Dictionary {
     size_t CheckedIndex(int64_t index) const {
         if (index < 0 || index >= Count()) throw OutOfBoundsException("No such place in the dictionary.");
         return static_cast<size_t>(index);
+    }
+    [[nodiscard]] bool IsAt(View key, int64_t place) const {
+        return place >= 0 && place < Count() && Traits::Same(mItems[static_cast<size_t>(place)].First, key);
     }
     [[nodiscard]] uint32_t Locate(View key, uint32_t hash) const;
     void Link(uint32_t hash, uint32_t index);
@@ -125,6 +133,7 @@ uint32_t Dictionary<Key, Value>::Locate(View key, uint32_t hash) const {
 
 template <typename Key, typename Value>
 const Value* Dictionary<Key, Value>::Find(View key) const {
+    if (mItems.empty()) return nullptr;
     const uint32_t index = Locate(key, Traits::Hash(key));
     return index == Free ? nullptr : &mItems[index].Second;
 }
@@ -143,13 +152,21 @@ const Value& Dictionary<Key, Value>::At(View key) const {
 }
 
 template <typename Key, typename Value>
+int64_t Dictionary<Key, Value>::PlaceOf(View key, int64_t guess) const {
+    if (IsAt(key, guess)) return guess;
+    const uint32_t index = Locate(key, Traits::Hash(key));
+    return index == Free ? -1 : int64_t{index};
+}
+
+template <typename Key, typename Value>
 void Dictionary<Key, Value>::Set(View key, Value value) {
     FindOrAdd(key, [&] { return Key(key); }) = std::move(value);
 }
 
 template <typename Key, typename Value>
 template <typename MakeKey>
-Value& Dictionary<Key, Value>::FindOrAdd(View key, MakeKey makeKey) {
+Value& Dictionary<Key, Value>::FindOrAdd(View key, MakeKey makeKey, int64_t guess) {
+    if (IsAt(key, guess)) return mItems[static_cast<size_t>(guess)].Second;
     const uint32_t hash = Traits::Hash(key);
     const uint32_t found = Locate(key, hash);
     if (found != Free) return mItems[found].Second;

@@ -1,5 +1,8 @@
 #include "platform/FolderItem.h"
 
+#include <dirent.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -16,12 +19,29 @@ bool IsNameable(StringView path) {
     return path.find('\0') == StringView::npos;
 }
 
-fs::file_status Status(const String& path) {
+/// What sort of file it is, 0 for none, without the detour over a path that is taken apart first: each look
+/// at a menu asks a dozen times.
+mode_t SortOf(const String& path, bool followLink) {
+    struct stat status;
+    if (!IsNameable(path) || (followLink ? stat : lstat)(path.c_str(), &status) != 0) return 0;
+    return status.st_mode & S_IFMT;
+}
+
+/// Where a symbolic link leads in the end; nothing if it leads nowhere.
+std::optional<String> Target(const String& link) {
     std::error_code error;
-    return IsNameable(path) ? fs::status(path, error) : fs::file_status(fs::file_type::not_found);
+    const fs::path target = fs::canonical(link, error);
+    return error ? std::nullopt : std::optional(target.native());
+}
+
+/// Has none of what `Clean` takes out, as nearly every path that comes from the system.
+bool IsClean(StringView path) {
+    return path.starts_with('/') && !path.ends_with('/') && path.find("//") == StringView::npos &&
+           path.find("/.") == StringView::npos;
 }
 
 String Clean(StringView path) {
+    if (IsClean(path)) return String(path);
     std::error_code error;
     fs::path clean(path);
     if (clean.is_relative()) clean = fs::current_path(error) / clean;
@@ -52,11 +72,11 @@ String FolderItem::Type() const {
 }
 
 bool FolderItem::Exists() const {
-    return fs::exists(Status(mPath));
+    return SortOf(mPath, true) != 0;
 }
 
 bool FolderItem::Directory() const {
-    return fs::is_directory(Status(mPath));
+    return SortOf(mPath, true) == S_IFDIR;
 }
 
 std::shared_ptr<FolderItem> FolderItem::Parent() const {
@@ -66,27 +86,41 @@ std::shared_ptr<FolderItem> FolderItem::Parent() const {
 }
 
 std::shared_ptr<FolderItem> FolderItem::Child(StringView name, bool followAlias) const {
+    const std::optional<String> path = PathOf(name);
+    if (!path) return nullptr;
+    const bool isLink = followAlias && SortOf(*path, false) == S_IFLNK;
+    return std::make_shared<FolderItem>(isLink ? Target(*path).value_or(*path) : *path);
+}
+
+std::shared_ptr<FolderItem> FolderItem::ExistingChild(StringView name) const {
+    std::optional<String> path = PathOf(name);
+    const mode_t sort = path ? SortOf(*path, false) : 0;
+    if (sort == S_IFLNK) path = Target(*path);
+    return path && sort != 0 ? std::make_shared<FolderItem>(*path) : nullptr;
+}
+
+/// The path of an item, existing or not; nothing for a text that names none.
+std::optional<String> FolderItem::PathOf(StringView name) const {
     const bool namesItem = !name.empty() && name != "." && name != ".." && name.find('/') == StringView::npos;
-    if (!namesItem || !IsNameable(name)) return nullptr;
-    const String path = mPath + "/" + String(name);
-    std::error_code error;
-    if (followAlias && IsNameable(path) && fs::is_symlink(path, error)) {
-        const fs::path target = fs::canonical(path, error);
-        if (!error) return std::make_shared<FolderItem>(target.native());
-    }
-    return std::make_shared<FolderItem>(path);
+    if (!namesItem || !IsNameable(name)) return std::nullopt;
+    return mPath + "/" + String(name);
 }
 
 std::vector<std::shared_ptr<FolderItem>> FolderItem::Items() const {
     std::vector<std::shared_ptr<FolderItem>> items;
-    if (!IsNameable(mPath)) return items;
-    std::error_code error;
-    for (fs::directory_iterator at(mPath, error); !error && at != fs::directory_iterator();
-         at.increment(error))
-        items.push_back(std::make_shared<FolderItem>(at->path().native()));
-    // They share the folder's path, so their order is that of the names.
-    std::ranges::sort(items, {}, [](const auto& item) -> const String& { return item->mPath; });
+    for (const String& name : ItemNames())
+        items.push_back(std::make_shared<FolderItem>(mPath + "/" + name));
     return items;
+}
+
+std::vector<String> FolderItem::ItemNames() const {
+    std::vector<String> names;
+    if (!IsNameable(mPath)) return names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(opendir(mPath.c_str()), closedir);
+    while (const dirent* const entry = folder ? readdir(folder.get()) : nullptr)
+        if (const StringView name = entry->d_name; name != "." && name != "..") names.emplace_back(name);
+    std::ranges::sort(names);
+    return names;
 }
 
 void FolderItem::CreateAsFolder() const {

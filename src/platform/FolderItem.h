@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/Text.h"
@@ -27,8 +28,12 @@ class FolderItem {
     /// An item of this folder by name, existing or not; null for a text that names none, such as "", ".." or
     /// one with a "/". `followAlias` resolves a symbolic link that leads somewhere.
     [[nodiscard]] std::shared_ptr<FolderItem> Child(StringView name, bool followAlias = true) const;
+    /// The same with links followed, but null for an item that does not exist.
+    [[nodiscard]] std::shared_ptr<FolderItem> ExistingChild(StringView name) const;
     /// Items of this folder by name, in byte order; empty if it cannot be read.
     [[nodiscard]] std::vector<std::shared_ptr<FolderItem>> Items() const;
+    /// Their names, in the same order.
+    [[nodiscard]] std::vector<String> ItemNames() const;
     /// Does nothing if it cannot be created.
     void CreateAsFolder() const;
 
@@ -38,6 +43,7 @@ class FolderItem {
     bool operator==(const FolderItem&) const = default;
 
   private:
+    [[nodiscard]] std::optional<String> PathOf(StringView name) const;
     friend std::shared_ptr<FolderItem> GetFolderItemFromSaveInfo(StringView info);
 
     String mPath;  // absolute

@@ -60,6 +60,8 @@ class Finder {
   public:
     explicit Finder(StringView term);
     [[nodiscard]] bool IsIn(StringView text) const;
+    /// The term in the form in which texts are searched.
+    [[nodiscard]] StringView Folded() const { return mFolded; }
 
   private:
     String mFolded;

@@ -2,6 +2,7 @@
 #include <bit>
 #include <optional>
 
+#include "platform/ByteScan.h"
 #include "platform/TextCoding.h"
 
 namespace sorbel {
@@ -9,16 +10,6 @@ namespace sorbel {
 using namespace coding;
 
 namespace {
-
-/// The place in a term of the byte that texts hold least often.
-size_t RarestPlace(StringView term) {
-    constexpr StringView common = "zqjxkvbywgpf_.mhdculsnrotaie ";  // the most common last
-    const auto frequency = [&](char c) {
-        return static_cast<int64_t>(common.find(c) + 1);
-    };
-    const auto rarest = std::ranges::min_element(term, {}, frequency);
-    return static_cast<size_t>(rarest - term.begin());
-}
 
 /// Looks for a folded ASCII term in ASCII text without a folded copy of the text.
 class AsciiScan {

@@ -9,13 +9,14 @@ TextInputStream TextInputStream::Open(const FolderItem& f) {
 }
 
 StringView TextInputStream::ReadLine() {
-    const StringView rest = ReadAll();
-    size_t size = 0;
-    while (size < rest.size() && rest[size] != '\n' && rest[size] != '\r')
-        ++size;
-    const bool pair = rest.substr(size, 2) == "\r\n";
-    mPosition -= rest.size() - std::min(rest.size(), size + (pair ? 2 : 1));
-    return rest.substr(0, size);
+    const StringView text = mContents->View();
+    if (mBehindLineFeed <= mPosition) mBehindLineFeed = std::min(text.find('\n', mPosition), text.size()) + 1;
+    StringView line = text.substr(mPosition, mBehindLineFeed - 1 - mPosition);
+    line = line.substr(0, line.find('\r'));
+    const size_t end = mPosition + line.size();
+    const bool pair = text.substr(end, 2) == "\r\n";
+    mPosition = std::min(text.size(), end + (pair ? 2 : 1));
+    return line;
 }
 
 StringView TextInputStream::ReadAll() {

@@ -24,6 +24,9 @@ class TextInputStream {
 
     std::shared_ptr<const ByteBuffer> mContents;
     size_t mPosition = 0;
+    // Behind the next LF, or the end; 0 before the first search. Kept, since a text without any would be
+    // searched to its end for each line.
+    size_t mBehindLineFeed = 0;
 };
 
 }  // namespace sorbel

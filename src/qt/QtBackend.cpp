@@ -20,9 +20,16 @@ namespace sorbel {
 /// A dialog is under way, so the program does not end even if it has no window.
 class QtBackend::Waiting {
   public:
-    explicit Waiting(QtBackend& backend) : mBackend(backend) { ++mBackend.mDialogs; }
+    explicit Waiting(QtBackend& backend) : mBackend(backend) {
+        ++mBackend.mDialogs;
+        mBackend.ShowBusy();
+    }
     ~Waiting() {
+        // What the dialog has uncovered is painted now, since long work may follow. Still as its guest, so
+        // that an end of the program that has been asked for waits until that has been done.
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         --mBackend.mDialogs;
+        mBackend.ShowBusy();
         mBackend.EndIfDone();
     }
     Waiting(const Waiting&) = delete;
@@ -124,6 +131,21 @@ std::shared_ptr<FolderItem> QtBackend::AskSaveFile(StringView filter, StringView
 
 MenuItem* QtBackend::PopUp(MenuItem& menu, int x, int y) {
     return RunPopUp(menu, QPoint(x, y), ParentFor(nullptr));
+}
+
+void QtBackend::SetBusy(bool busy) {
+    mBusy += busy ? 1 : -1;
+    ShowBusy();
+}
+
+/// The cursor says so in all windows, but not while a dialog wants to be answered.
+void QtBackend::ShowBusy() {
+    const bool shows = mBusy > 0 && mDialogs == 0;
+    if (shows == std::exchange(mShowsBusy, shows)) return;
+    if (shows)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
 }
 
 void QtBackend::Beep() {

@@ -36,6 +36,7 @@ class QtBackend : public QObject, public Backend {
     std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) override;
     MenuItem* PopUp(MenuItem& menu, int x, int y) override;
 
+    void SetBusy(bool busy) override;
     void Beep() override;
     void Launch(const FolderItem& item) override;
     [[nodiscard]] Color Theme(SystemColor color) const override { return mTheme.System(color); }
@@ -51,12 +52,15 @@ class QtBackend : public QObject, public Backend {
     [[nodiscard]] QWidget* ParentFor(Window* within) const;
     void AppearanceChanged();
     void EndIfDone();
+    void ShowBusy();
     void AskBeforeLogout(QSessionManager& session);
 
     Application* mApp = nullptr;
     QtTheme mTheme;
     std::map<const Window*, QtWindow*> mWindows;
     int mDialogs = 0;  ///< under way
+    int mBusy = 0;     ///< pieces of work that go on, one inside the other
+    bool mShowsBusy = false;
     bool mAppearanceStale = false;
 };
 

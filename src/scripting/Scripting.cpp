@@ -12,29 +12,36 @@ namespace sorbel::Scripting {
 
 namespace {
 
+/// A folder in another, made if it is missing; null if it cannot be named.
+std::shared_ptr<FolderItem> ChildFolder(const FolderItem& folder, StringView name) {
+    if (std::shared_ptr<FolderItem> child = folder.ExistingChild(name)) return child;
+    std::shared_ptr<FolderItem> child = folder.Child(name, true);
+    if (child) child->CreateAsFolder();
+    return child;
+}
+
 /// Folders below `base`, made where they are missing; null if one cannot be named.
 std::shared_ptr<FolderItem> GetSubFolder(const FolderItem& base, const std::vector<String>& parts) {
     const std::shared_ptr<FolderItem> parent = base.Parent();
     std::shared_ptr<FolderItem> folder = parent ? parent->Child(base.Name(), true) : nullptr;
     for (const String& part : parts) {
-        folder = folder ? folder->Child(part, true) : nullptr;
         if (!folder) return nullptr;
-        if (!folder->Exists()) folder->CreateAsFolder();
+        folder = ChildFolder(*folder, part);
     }
     return folder;
 }
 
 /// A sample that the user has deleted comes back; one that was edited is left alone.
 void WriteSample(const FolderItem& folder, StringView name, StringView text) {
+    if (folder.ExistingChild(name)) return;
     const std::shared_ptr<FolderItem> f = folder.Child(name, true);
-    if (f && !f->Exists()) WriteContents(*f, String(text) + String(EndOfLine));
+    if (f) WriteContents(*f, String(text) + String(EndOfLine));
 }
 
 void WriteSamples(const FolderItem& scripts) {
     try {
-        const std::shared_ptr<FolderItem> samples = scripts.Child("Samples", true);
+        const std::shared_ptr<FolderItem> samples = ChildFolder(scripts, "Samples");
         if (!samples) return;
-        if (!samples->Exists()) samples->CreateAsFolder();
         WriteSample(*samples, "Sample.sorbel_script", Sample);
         WriteSample(*samples, "Loop Sample.sorbel_script", LoopSample);
     } catch (const IOException&) {
@@ -43,30 +50,42 @@ void WriteSamples(const FolderItem& scripts) {
 }
 
 /// Keys for the first eighteen scripts. The second row of digits begins with 0.
-String ShortcutOf(int64_t counter) {
+String ShortcutOf(size_t counter) {
     if (counter <= 9) return std::to_string(counter);
     if (counter <= 18) return "SHIFT+" + std::to_string(counter - 10);
     return {};
 }
 
+/// What follows the last dot, or the whole name, is the extension of scripts.
 bool IsScript(StringView name) {
-    return Equal(NthField(name, ".", CountFields(name, ".")), "sorbel_script");
+    return Equal(name.substr(name.rfind('.') + 1), "sorbel_script");
 }
 
-void AddScripts(MenuItem& menu, Application& app, const FolderItem& folder) {
-    int64_t counter = 1;
-    for (const std::shared_ptr<FolderItem>& item : folder.Items()) {
-        const String name = item->Name();
+bool IsItemOf(const MenuItem& item, StringView path) {
+    const auto* script = dynamic_cast<const ScriptMenuItem*>(&item);
+    return script && script->Tag() && script->Tag()->NativePath() == path;
+}
+
+void RemoveFrom(MenuItem& menu, size_t index) {
+    while (menu.Count() > index)
+        menu.Remove(menu.Count() - 1);
+}
+
+/// Leaves just the items of the folder's scripts. Place and file make an item what it is, so those that the
+/// menu begins with already stay, and mostly that is all of them.
+void ShowScripts(MenuItem& menu, Application& app, const FolderItem& folder) {
+    size_t shown = 0;
+    for (const String& name : folder.ItemNames()) {
         if (!IsScript(name)) continue;
-        menu.Append(
-            std::make_unique<ScriptMenuItem>(app, NthField(name, ".", 1), ShortcutOf(counter), item, true));
-        ++counter;
+        const String path = folder.NativePath() + "/" + name;
+        if (shown == menu.Count() || !IsItemOf(menu.Item(shown), path)) {
+            RemoveFrom(menu, shown);
+            menu.Append(std::make_unique<ScriptMenuItem>(app, NthField(name, ".", 1), ShortcutOf(shown + 1),
+                                                         std::make_shared<FolderItem>(path), true));
+        }
+        ++shown;
     }
-}
-
-void RemoveAll(MenuItem& menu) {
-    while (menu.Count() > 0)
-        menu.Remove(0);
+    RemoveFrom(menu, shown);
 }
 
 /// Keeps the engine of the latest run.
@@ -94,10 +113,7 @@ void RunScript(Application& app, StringView source) {
 
 void RebuildMenu(MenuItem& scriptsMenu, Application& app) {
     const std::shared_ptr<FolderItem> folder = ScriptsFolder();
-    if (folder && folder->Exists()) {
-        RemoveAll(scriptsMenu);
-        AddScripts(scriptsMenu, app, *folder);
-    }
+    if (folder && folder->Exists()) ShowScripts(scriptsMenu, app, *folder);
     if (scriptsMenu.Count() > 0) scriptsMenu.Append(std::make_unique<MenuItem>("", "-"));
     scriptsMenu.Append(std::make_unique<ScriptMenuItem>(app, "Show Scripts Folder", "", nullptr, true));
 }

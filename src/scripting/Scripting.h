@@ -20,7 +20,7 @@ namespace Scripting {
 /// Runs a script's text to its end. Errors are told to the user.
 void RunScript(Application& app, StringView source);
 
-/// Makes the items of the Scripts menu anew from the folder as it stands.
+/// Brings the items of the Scripts menu in step with the folder as it stands.
 void RebuildMenu(MenuItem& scriptsMenu, Application& app);
 
 /// A script, or with a null `tag` the item that shows the scripts folder.
@@ -31,6 +31,7 @@ class ScriptMenuItem : public MenuItem {
 
     [[nodiscard]] bool HasAction() const override { return true; }
     bool Event_Action() override;
+    [[nodiscard]] const std::shared_ptr<FolderItem>& Tag() const { return mTag; }
 
   private:
     bool ShowScriptsFolder();

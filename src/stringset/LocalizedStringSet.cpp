@@ -16,6 +16,20 @@ void LocalizedStringSet::AddEntry(int64_t platform, StringView identifier, Strin
                                   StringView localizedValue) {
     EntryValue value{.Localized = SharedText(localizedValue), .Original = SharedText(originalValue)};
     Entries.FindOrAdd(identifier, [&] { return SharedText(identifier); }).Set(platform, std::move(value));
+    NoteForSearch(identifier, -1);
+}
+
+std::vector<size_t> LocalizedStringSet::PlacesThatMayHold(const Finder& term) {
+    if (!mSearchText || mSearchText->IsWorn()) mSearchText = std::make_unique<SearchText>(Entries);
+    return mSearchText->Places(term);
+}
+
+void LocalizedStringSet::NoteForSearch(StringView identifier, int64_t place) {
+    if (!mSearchText) return;
+    if (mSearchText->IsWorn())
+        mSearchText.reset();
+    else
+        mSearchText->NoteChange(static_cast<size_t>(Entries.PlaceOf(identifier, place)));
 }
 
 // Texts are shared: copies count the owned ones, and the borrowed ones live as long as the buffers do.
@@ -68,9 +82,12 @@ void LocalizedStringSet::AppendStaging(SharedText identifier, SharedText origina
 }
 
 void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifier,
-                                    const SharedText& original, const SharedText& localized) {
-    Entries.FindOrAdd(identifier, [&] { return identifier; })
-        .Set(platform, {.Localized = localized, .Original = original});
+                                    const SharedText& original, const SharedText& localized, int64_t place) {
+    const auto key = [&] {
+        return identifier;
+    };
+    Entries.FindOrAdd(identifier, key, place).Set(platform, {.Localized = localized, .Original = original});
+    NoteForSearch(identifier, place);
 }
 
 void LocalizedStringSet::KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer) {

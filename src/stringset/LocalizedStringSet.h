@@ -12,6 +12,7 @@
 #include "platform/SharedText.h"
 #include "platform/TextStreams.h"
 #include "stringset/PlatformTable.h"
+#include "stringset/SearchText.h"
 
 namespace sorbel {
 
@@ -44,6 +45,15 @@ class LocalizedStringSet {
     void AddEntry(int64_t platform, StringView identifier, StringView originalValue,
                   StringView localizedValue);
 
+    /// The same without copies, so texts that borrow must be this set's own. `place` is where the identifier
+    /// stands in `Entries`, as far as the caller knows.
+    void StoreEntry(int64_t platform, const SharedText& identifier, const SharedText& original,
+                    const SharedText& localized, int64_t place = -1);
+
+    /// The places in `Entries`, in order, of all strings that hold the term in their identifier or a value,
+    /// and perhaps of some others. The first search folds all texts; later ones are quick.
+    [[nodiscard]] std::vector<size_t> PlacesThatMayHold(const Finder& term);
+
     /// A snapshot of the strings and their labels: no history, no staging lists.
     [[nodiscard]] std::shared_ptr<LocalizedStringSet> Clone() const;
 
@@ -51,6 +61,10 @@ class LocalizedStringSet {
     /// set all the same. Tab-delimited text always gives false. A failure that is not of the file, such as a
     /// malformed date or a short line of text, passes on.
     bool ReadFile(const FolderItem& f);
+
+    /// Fails as `ReadFile` does for a short line of a file of tab-delimited text, and keeps nothing of it.
+    /// One that cannot be read is no failure.
+    static void CheckTextFile(const FolderItem& f);
 
     /// What `ReadFile` does with a locale file, from its bytes. The set keeps them alive, for its texts lie
     /// in them.
@@ -69,8 +83,7 @@ class LocalizedStringSet {
     bool ReadTextData(TextInputStream& s);
     void AppendStaging(SharedText identifier, SharedText original, SharedText localized, bool changed,
                        int64_t platform);
-    void StoreEntry(int64_t platform, const SharedText& identifier, const SharedText& original,
-                    const SharedText& localized);
+    void NoteForSearch(StringView identifier, int64_t place);
     void KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer);
     void ReleaseHistory();
 
@@ -78,6 +91,7 @@ class LocalizedStringSet {
 
     bool mIsValid = false;
     std::optional<SharedText> mForeignApplication;  // application bytes that name no file here
+    std::unique_ptr<SearchText> mSearchText;        // null until somebody searches
     std::shared_ptr<const BufferList> mBuffers;     // what borrowed texts point into; shared with the history
 };
 

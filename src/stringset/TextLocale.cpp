@@ -43,4 +43,14 @@ bool LocalizedStringSet::ReadTextData(TextInputStream& s) {
     return false;
 }
 
+void LocalizedStringSet::CheckTextFile(const FolderItem& f) {
+    try {
+        TextInputStream s = TextInputStream::Open(f);
+        while (!s.EndOfFile())
+            SplitRow(s.ReadLine());
+    } catch (const IOException&) {
+        return;
+    }
+}
+
 }  // namespace sorbel

@@ -20,6 +20,11 @@ void EndBatch() {
         listener->BatchEnded();
 }
 
+void Tell(Listener& listener, StringView identifier) {
+    if (InBatch()) batchListeners.Set(&listener, true);
+    listener.ValueChanged(identifier);
+}
+
 }  // namespace
 
 void AddObserver(const void* object, Listener& listener) {
@@ -35,11 +40,10 @@ void RemoveObserver(const void* object, Listener& listener) {
 void ValueChanged(const void* object, StringView identifier) {
     const Listeners* listeners = mObservers().Find(object);
     if (!listeners) return;
+    if (listeners->Count() == 1) return Tell(*listeners->KeyAt(0), identifier);  // nearly always
     // A copy, since a listener may register or remove others, which moves the dictionary.
-    for (Listener* listener : listeners->Keys()) {
-        if (InBatch()) batchListeners.Set(listener, true);
-        listener->ValueChanged(identifier);
-    }
+    for (Listener* listener : listeners->Keys())
+        Tell(*listener, identifier);
 }
 
 void Batch(const std::function<void()>& changes) {

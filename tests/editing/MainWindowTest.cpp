@@ -1,4 +1,5 @@
 #include "editing/WindowUnderTest.h"
+#include "shell/FileTypes1.h"
 
 namespace sorbel {
 namespace {
@@ -229,6 +230,44 @@ TEST_F(MainWindowTest, AFileThatCannotBeReadLeavesNothingBehind) {
     EXPECT_THROW(MainWindow::Create(Test.App, f), RuntimeException);
     EXPECT_EQ(Notifications::Observers().Count(), listeners);
     EXPECT_EQ(Test.App.WindowCount(), 1);
+}
+
+TEST_F(MainWindowTest, ShowsLongWorkAndItsEndAlsoWhenItFails) {
+    int& begun = Test.Desktop.BusyTimes;
+    const auto ended = [&] {
+        return std::exchange(begun, 0) > 0 && Test.Desktop.Busy == 0;
+    };
+    EXPECT_TRUE(ended()) << "opening";
+    const FolderItem broken(Test.Folder / "broken.nvl"), shortLine(Test.Folder / "short.txt");
+    WriteContents(broken, "nvlocaleabcd");
+    EXPECT_THROW(MainWindow::Create(Test.App, std::make_shared<FolderItem>(broken)), RuntimeException);
+    EXPECT_TRUE(ended()) << "opening in vain";
+
+    _InitFileTypes();
+    WriteContents(shortLine, "kSave\tAny\tSave\n");
+    Test.Desktop.Files = {shortLine.NativePath()};
+    Test.App.MenuBar->Append(std::make_unique<MenuItem>("FileImportExistingFile", "Import"));
+    EXPECT_TRUE(Test.Choose("FileImportExistingFile"));
+    EXPECT_EQ(Test.App.TakeUnhandled(), "OutOfBoundsException");
+    EXPECT_TRUE(ended()) << "an import that failed";
+
+    Window.ListBox1.UserSelect(1);
+    Window.LocalizedValueField.UserSetText("Speichern");
+    Window.SearchField.UserSetText("spei");
+    Test.Choose("EditUndo");
+    Test.Choose("EditRedo");
+    EXPECT_EQ(begun, 0) << "little work would only flicker";
+    Test.Choose("FileSave");
+    EXPECT_TRUE(ended()) << "saving";
+
+    for (int number = 0; number < 100000; ++number)
+        Window.StringSet->AddEntry(PlatformAny, "k" + std::to_string(number), "", "");
+    Window.SearchField.UserSetText("spe");
+    EXPECT_TRUE(ended()) << "a search in many strings";
+    Window.HistoryFilter.UserChoose(1);
+    EXPECT_TRUE(ended()) << "a version of many strings";
+    Test.Choose("EditUndo");
+    EXPECT_TRUE(ended()) << "undo in many strings";
 }
 
 TEST_F(MainWindowTest, TruncatesTextToAWidth) {

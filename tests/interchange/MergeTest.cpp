@@ -47,6 +47,32 @@ TEST(Merge, TheImportedValueAlwaysWins) {
               "any stays\tMac OS\tM\t\n");
 }
 
+TEST(Merge, KeepsNothingOfTheImportedFile) {
+    LocalizedStringSet before, imported;
+    before.AddEntry(PlatformAny, "a", "A", "old a");
+    before.AddEntry(PlatformAny, "b", "B", "old b");
+    imported.AddEntry(PlatformLinux, "B", "another default", "a translation of some length");
+    imported.AddEntry(PlatformAny, "a", "", "neu");
+    const auto reread = [](LocalizedStringSet& set) {
+        auto file = std::make_shared<ByteBuffer>(set.ToBytes().size());
+        set.ToBytes().copy(file->Data(), file->View().size());
+        auto copy = std::make_shared<LocalizedStringSet>();
+        EXPECT_TRUE(copy->ReadBytes(file));
+        return copy;
+    };
+    const auto document = reread(before);
+    const auto change = ChangesFromLocale(document, *reread(imported));
+    for (int round = 0; round < 2; ++round) {
+        change->Perform();
+        EXPECT_EQ(ToDelimitedText(*document),
+                  "a\tAny\tA\tneu\nb\tAny\tB\told b\n"
+                  "b\tLinux\tanother default\ta translation of some length\n");
+        change->Undo();
+        EXPECT_EQ(ToDelimitedText(*document),
+                  "a\tAny\tA\told a\nb\tAny\tB\told b\nb\tLinux\tanother default\t\n");
+    }
+}
+
 TEST(Merge, WithoutAnyMatchTakesASnapshotAllTheSame) {
     const auto document = std::make_shared<LocalizedStringSet>();
     const auto change = ChangesFromLocale(document, LocalizedStringSet());

@@ -52,6 +52,25 @@ TEST(Dictionary, TakesNumbersAddressesAndSharedTexts) {
     EXPECT_EQ(copy.KeyAt(0).View().data(), bytes.data());
 }
 
+TEST(Dictionary, AWrongGuessFindsTheSamePlace) {
+    Dictionary<String, int> numbers;
+    EXPECT_EQ(numbers.PlaceOf("a", 0), -1);
+    for (const char* key : {"a", "b", "c"})
+        numbers.Set(key, key[0]);
+    for (const int64_t guess : {-1, 0, 1, 2, 3}) {
+        EXPECT_EQ(numbers.PlaceOf("B", guess), 1) << guess;
+        EXPECT_EQ(numbers.PlaceOf("d", guess), -1) << guess;
+        EXPECT_EQ(numbers.FindOrAdd(
+                      "C", [] { return "C"; }, guess),
+                  'c')
+            << guess;
+    }
+    numbers.FindOrAdd(
+        "d", [] { return "d"; }, 1) = 'd';
+    EXPECT_EQ(numbers.ItemAt(3).First, "d");
+    EXPECT_EQ(numbers.At("b"), 'b');
+}
+
 TEST(SharedText, CopiesShareOneBlock) {
     SharedText copy;
     const char* bytes = nullptr;

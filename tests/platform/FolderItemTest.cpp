@@ -15,6 +15,8 @@ namespace fs = std::filesystem;
 TEST(FolderItem, PathsAreAbsoluteAndClean) {
     EXPECT_EQ(FolderItem("/a//b/./c/../d/").NativePath(), "/a/b/d");
     EXPECT_EQ(FolderItem("//a").NativePath(), "/a");
+    EXPECT_EQ(FolderItem("/a/..b/.c").NativePath(), "/a/..b/.c");
+    EXPECT_EQ(FolderItem("/a/..").NativePath(), "/");
     EXPECT_EQ(FolderItem("/../..").NativePath(), "/");
     EXPECT_EQ(FolderItem("x/y").NativePath(), fs::current_path().native() + "/x/y");
     EXPECT_EQ(FolderItem("").NativePath(), fs::current_path().native());
@@ -68,6 +70,10 @@ TEST(FolderItem, LinksAreFollowedOnDemand) {
     EXPECT_TRUE(folder.Child("link", false)->Directory());
     EXPECT_EQ(folder.Child("dangling")->Name(), "dangling");
     EXPECT_FALSE(folder.Child("dangling")->Exists());
+    EXPECT_EQ(folder.ExistingChild("link")->Name(), "real");
+    EXPECT_EQ(folder.ExistingChild("real")->Name(), "real");
+    for (const char* none : {"dangling", "missing", "..", ""})
+        EXPECT_EQ(folder.ExistingChild(none), nullptr) << none;
 }
 
 TEST(FolderItem, SaveInfoComesBackUnchanged) {

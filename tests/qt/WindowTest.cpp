@@ -3,6 +3,7 @@
 #include <QMenuBar>
 
 #include "Screen.h"
+#include "ui/toolkit/Busy.h"
 
 namespace sorbel {
 
@@ -101,6 +102,27 @@ TEST_F(Windows, TheActiveWindowIsTheFrontOne) {
     second->Show();
     Settle();
     EXPECT_EQ(QApplication::activeWindow(), Backend.ViewOf(second.get()));
+}
+
+TEST_F(Windows, TheCursorTellsOfWorkButNotWhileADialogAsks) {
+    Open();
+    const auto waits = [] {
+        return QApplication::overrideCursor() && QApplication::overrideCursor()->shape() == Qt::WaitCursor;
+    };
+    {
+        const Busy work(Backend);
+        { const Busy partOfIt(Backend); }
+        EXPECT_TRUE(waits());
+        bool waitedMeanwhile = true;
+        Answer([&](QWidget& box) {
+            waitedMeanwhile = waits();
+            box.close();
+        });
+        Backend.MsgBox("A question");
+        EXPECT_FALSE(waitedMeanwhile);
+        EXPECT_TRUE(waits());
+    }
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
 TEST_F(Windows, ColoursFollowTheAppearance) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <functional>
+
 #include "platform/FileContents.h"
 #include "platform/SpecialFolder.h"
 #include "scripting/Scripting.h"
@@ -57,6 +60,59 @@ TEST(ScriptsMenu, SurvivesAFolderThatCannotBeMade) {
     RebuildMenu(menu, app);
     EXPECT_EQ(menu.Count(), 1u);
     EXPECT_EQ(ReadContents(FolderItem(folder / "Kestrum"))->View(), "a file in the folder's place");
+}
+
+/// Captions, keys and states, as they stand after a refresh of all menus.
+String Seen(const MenuItem& menu) {
+    String seen;
+    for (size_t index = 0; index < menu.Count(); ++index) {
+        const auto* script = dynamic_cast<const ScriptMenuItem*>(&menu.Item(index));
+        const String file = script && script->Tag() ? script->Tag()->Name() : "";
+        seen += menu.Item(index).Text() + "|" + menu.Item(index).Shortcut + "|" + file +
+                (menu.Item(index).Enabled ? "|on\n" : "|off\n");
+    }
+    return seen;
+}
+
+TEST(ScriptsMenu, FollowsTheFolderAsIfMadeAnew) {
+    const TemporaryFolder documents;
+    SpecialFolder::SetDocuments(documents.Path());
+    FakeBackend desktop;
+    Application app(desktop);
+    app.MenuBar = std::make_unique<MenuBar>();
+    MenuItem& menu = app.MenuBar->Append(std::make_unique<MenuItem>("ScriptsMenu", "Scripts"));
+    const auto folder = ScriptsFolder();
+    const auto write = [&](StringView name) {
+        WriteContents(*folder->Child(name), "");
+    };
+    const auto path = [&](StringView name) {
+        return folder->Child(name)->NativePath();
+    };
+    const std::function<void()> edits[] = {
+        [] {},
+        [&] { write("m.sorbel_script"); },
+        [] {},
+        [&] { write("z.SORBEL_SCRIPT"), write("a.b.sorbel_script"), write("sorbel_script"), write("x.bak"); },
+        [&] { std::filesystem::rename(path("m.sorbel_script"), path("y.sorbel_script")); },
+        [&] { std::filesystem::remove(path("z.SORBEL_SCRIPT")); },
+        [&] { std::filesystem::remove(path("a.b.sorbel_script")), write("q.sorbel_script"); },
+    };
+    for (const auto& edit : edits) {
+        edit();
+        app.EnableMenuItems();
+        RebuildMenu(menu, app);
+        MenuItem anew("ScriptsMenu", "Scripts");
+        RebuildMenu(anew, app);
+        EXPECT_EQ(Seen(menu), Seen(anew));
+    }
+    EXPECT_EQ(Seen(menu),
+              "q|CMD + 1|q.sorbel_script|on\nsorbel_script|CMD + 2|sorbel_script|on\n"
+              "y|CMD + 3|y.sorbel_script|on\n-|||on\nShow Scripts Folder|||on\n");
+    const MenuItem* first = &menu.Item(0);
+    std::filesystem::remove(folder->Child("Samples")->Child("Sample.sorbel_script")->NativePath());
+    RebuildMenu(menu, app);
+    EXPECT_EQ(&menu.Item(0), first) << "nothing has changed";
+    EXPECT_TRUE(folder->Child("Samples")->Child("Sample.sorbel_script")->Exists());
 }
 
 }  // namespace

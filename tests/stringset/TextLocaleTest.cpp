@@ -19,8 +19,6 @@ class TextLocale : public ::testing::Test {
     }
 
     LocalizedStringSet Set;
-
-  private:
     String mPath = ::testing::TempDir() + "sorbel_text_locale_test.TXT";
 };
 
@@ -38,6 +36,8 @@ TEST_F(TextLocale, FillsTheSetAndIsNeverADocument) {
     EXPECT_EQ(Set.Language, "");
     EXPECT_FALSE(ReadText("nvlocale\t\t\t")) << "the name decides, not the contents";
     EXPECT_EQ(Values(Set, "nvlocale"), "|");
+    LocalizedStringSet::CheckTextFile(FolderItem(mPath));
+    LocalizedStringSet::CheckTextFile(FolderItem(mPath + ".missing"));
 }
 
 TEST_F(TextLocale, AShortLineFailsBehindTheLinesBefore) {
@@ -45,6 +45,7 @@ TEST_F(TextLocale, AShortLineFailsBehindTheLinesBefore) {
         EXPECT_THROW(ReadText("a\tAny\tA\t1\n" + String(shortLine) + "\nc\tAny\tC\t3\n"),
                      OutOfBoundsException);
         EXPECT_EQ(Values(Set, "a") + Values(Set, "b") + Values(Set, "c"), "A|1--");
+        EXPECT_THROW(LocalizedStringSet::CheckTextFile(FolderItem(mPath)), OutOfBoundsException);
     }
 }
 

@@ -21,6 +21,7 @@ class FakeBackend : public Backend {
     enum class Button { Action, Cancel, Alternate };
 
     ~FakeBackend() override {
+        EXPECT_EQ(Busy, 0) << "Work that has begun has not ended.";
         if (!Buttons.empty() || !Files.empty() || !MenuChoices.empty())
             ADD_FAILURE() << "An answer was not used.";
     }
@@ -55,6 +56,8 @@ class FakeBackend : public Backend {
     std::vector<Window*> Attached;  ///< windows on screen, in the order in which they were shown
     Window* LastParent = nullptr;   ///< whose sheet the last dialog was
     int Beeps = 0;
+    int Busy = 0;       ///< how many pieces of long work go on
+    int BusyTimes = 0;  ///< how often one has begun
     int MenuChanges = 0;
 
     void WindowShown(Window& window) override { Attached.push_back(&window); }
@@ -98,6 +101,10 @@ class FakeBackend : public Backend {
         return chosen;
     }
 
+    void SetBusy(bool busy) override {
+        Busy += busy ? 1 : -1;
+        BusyTimes += busy ? 1 : 0;
+    }
     void Beep() override { ++Beeps; }
     void Launch(const FolderItem& item) override {
         if (LaunchFails) throw IOException("It cannot be launched.");

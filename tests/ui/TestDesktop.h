@@ -20,6 +20,7 @@ class TestDesktop : public Backend {
     std::shared_ptr<FolderItem> Show(const OpenDialog&, Window*) override { return nullptr; }
     std::shared_ptr<FolderItem> AskSaveFile(StringView, StringView) override { return nullptr; }
     MenuItem* PopUp(MenuItem&, int, int) override { return nullptr; }
+    void SetBusy(bool) override {}
     void Beep() override {}
     void Launch(const FolderItem&) override {}
     [[nodiscard]] Color Theme(SystemColor color) const override {

@@ -12,21 +12,27 @@ constexpr int64_t MergeTicks = 30;  // half a second
 }  // namespace
 
 StringSetChange::StringSetChange(std::shared_ptr<LocalizedStringSet> set, StringView identifier,
-                                 int64_t platform, StringView newValue, StringView originalValue)
-    : mIdentifier(identifier),
-      mNewValue(newValue),
+                                 int64_t platform, StringView newValue, StringView originalValue,
+                                 int64_t place)
+    : mNewValue(newValue),
+      mPlace(set->Entries.PlaceOf(identifier, place)),
       mPlatform(platform),
       mSet(std::move(set)),
       mTime(Ticks()) {
-    if (const PlatformTable* platforms = mSet->Entries.Find(identifier)) {
-        if (const EntryValue* value = platforms->Find(platform)) {
-            mOldValue = value->Localized.View();
-            mOriginalValue = value->Original.View();
-        } else if (const EntryValue* any = platforms->Find(PlatformAny)) {
-            mOriginalValue = any->Original.View();  // but not its translation: this platform has none yet
-        }
+    if (mPlace >= 0) ReadSet(mSet->Entries.ItemAt(mPlace));
+    if (identifier != mIdentifier.View()) mIdentifier = SharedText(identifier);  // in the caller's spelling
+    if (!originalValue.empty() && originalValue != mOriginalValue.View())
+        mOriginalValue = SharedText(originalValue);
+}
+
+void StringSetChange::ReadSet(const EntryDictionary::Item& entry) {
+    mIdentifier = entry.First;
+    if (const EntryValue* value = entry.Second.Find(mPlatform)) {
+        mOldValue = value->Localized;
+        mOriginalValue = value->Original;
+    } else if (const EntryValue* any = entry.Second.Find(PlatformAny)) {
+        mOriginalValue = any->Original;  // but not its translation: this platform has none yet
     }
-    if (!originalValue.empty()) mOriginalValue = originalValue;
 }
 
 bool StringSetChange::CombineWith(const Action& other) {
@@ -48,8 +54,8 @@ void StringSetChange::Unexecute() {
     Store(mOldValue);
 }
 
-void StringSetChange::Store(StringView value) {
-    mSet->AddEntry(mPlatform, mIdentifier, mOriginalValue, value);
+void StringSetChange::Store(const SharedText& value) {
+    mSet->StoreEntry(mPlatform, mIdentifier, mOriginalValue, value, mPlace);
     Notifications::ValueChanged(mSet.get(), mIdentifier);
 }
 

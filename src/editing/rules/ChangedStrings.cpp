@@ -18,8 +18,12 @@ bool IsNewOrChanged(const PlatformTable& current, const PlatformTable* previous)
 std::vector<bool> NewOrChangedStrings(const LocalizedStringSet& current, const LocalizedStringSet& older) {
     std::vector<bool> changed;
     changed.reserve(static_cast<size_t>(current.Entries.Count()));
-    for (const auto& [identifier, entry] : current.Entries)
-        changed.push_back(IsNewOrChanged(entry, older.Entries.Find(identifier)));
+    int64_t next = 0;  // versions mostly hold the same strings in the same order
+    for (const auto& [identifier, entry] : current.Entries) {
+        const int64_t place = older.Entries.PlaceOf(identifier, next);
+        if (place >= 0) next = place + 1;
+        changed.push_back(IsNewOrChanged(entry, place < 0 ? nullptr : &older.Entries.ValueAt(place)));
+    }
     return changed;
 }
 

@@ -40,7 +40,9 @@ void UpdateWindowsApplication(const LocalizedStringSet& set) {
 bool MainWindow::_ExportExportTabDelimited_Action() {
     const std::shared_ptr<FolderItem> f =
         App().Desktop().AskSaveFile(FileTypes1::TabDelimited().Name, mDiskFile->DisplayName() + ".txt");
-    if (f) WriteContents(*f, ToDelimitedText(*StringSet));
+    if (!f) return true;
+    const Busy busy(App().Desktop());
+    WriteContents(*f, ToDelimitedText(*StringSet));
     return true;
 }
 
@@ -77,6 +79,7 @@ void MainWindow::ExportToApplication(bool runAfterExport) {
 
 void MainWindow::UpdateApplication(void (*update)(const LocalizedStringSet& set)) {
     try {
+        const Busy busy(App().Desktop());
         update(*StringSet);
     } catch (const std::exception&) {
         App().Desktop().MsgBox("Could not update application.");

@@ -21,6 +21,7 @@ bool MainWindow::_FileImportExistingFile_Action() {
     OpenDialog dialog;
     dialog.Filter = FileTypes1::NorvaneLocale() + FileTypes1::TabDelimited() + FileTypes1::KestrumLocale();
     const std::shared_ptr<FolderItem> f = dialog.ShowModalWithin(*this);
+    const Busy busy(App().Desktop(), f != nullptr);
     if (f && ImportFile(*f) == Imported::Cancelled) return false;
     FilterStrings();
     RebuildHistoryPopup();
@@ -30,16 +31,25 @@ bool MainWindow::_FileImportExistingFile_Action() {
 
 MainWindow::Imported MainWindow::ImportFile(const FolderItem& f) {
     LocalizedStringSet imported;
-    if (imported.ReadFile(f)) {
-        if (!Equal(imported.Language, StringSet->Language) && !AskLanguage(imported.Language))
-            return Imported::Cancelled;
-        auto change = ChangesFromLocale(StringSet, imported);
-        const InternalChange guard(IsInternalChange);
-        undoManager->Add(std::move(change), true);
-    } else if (!DetectFileFormat(f)) {
+    // Text never makes a valid set, so none is made of it, but its short lines are failures all the same.
+    if (f.Type() == FileTypes1::TabDelimited().Name) {
+        LocalizedStringSet::CheckTextFile(f);
+    } else if (imported.ReadFile(f)) {
+        return MergeLocale(imported);
+    }
+    if (!DetectFileFormat(f)) {
         App().Desktop().MsgBox("The file \"" + f.DisplayName() + "\" could not be imported.\r\r" +
                                "The format of the file is not one that Sorbel can import.");
     }
+    return Imported::Done;
+}
+
+MainWindow::Imported MainWindow::MergeLocale(const LocalizedStringSet& imported) {
+    if (!Equal(imported.Language, StringSet->Language) && !AskLanguage(imported.Language))
+        return Imported::Cancelled;
+    auto change = ChangesFromLocale(StringSet, imported);
+    const InternalChange guard(IsInternalChange);
+    undoManager->Add(std::move(change), true);
     return Imported::Done;
 }
 

@@ -46,6 +46,9 @@ class Backend {
     virtual MenuItem* PopUp(MenuItem& menu, int x, int y) = 0;
 
     // --- Desktop ---
+    /// Work that may take long begins (true) or ends (false), each end after its begin; pairs may nest. A
+    /// dialog that comes up meanwhile is answered as ever. See `Busy`.
+    virtual void SetBusy(bool busy) = 0;
     virtual void Beep() = 0;
     /// Shows a file or folder or starts an application; fails with IOException.
     virtual void Launch(const FolderItem& item) = 0;

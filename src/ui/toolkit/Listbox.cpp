@@ -12,6 +12,7 @@ namespace sorbel {
 // Top + ChildrenBefore, its children follow, and between two of them rows and top-level rows run in step.
 Listbox::Place Listbox::Find(int64_t row) const {
     if (!HasRow(row)) throw OutOfBoundsException("No such row in the list.");
+    if (mOpened.empty()) return {static_cast<size_t>(row), 0, -1};
     const auto folderRow = [](const Opened& folder) {
         return folder.Top + folder.ChildrenBefore;
     };
