@@ -9,6 +9,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # False alarms on `"text" + String` when optimising, gone in g++ 13.
   target_compile_options(sorbel_options INTERFACE -Wno-restrict)
 endif()
+# A program loads only the libraries that it calls.
+target_link_options(sorbel_options INTERFACE LINKER:--as-needed)
 target_include_directories(sorbel_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 if(SORBEL_SANITIZE)
   target_compile_options(sorbel_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all

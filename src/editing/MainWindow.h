@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "editing/undo/UndoManager.h"
+#include "platform/Finder.h"
 #include "scripting/FrontDocument.h"
 #include "stringset/LocalizedStringSet.h"
 #include "ui/Notifications.h"

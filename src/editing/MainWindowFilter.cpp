@@ -1,4 +1,5 @@
 #include <optional>
+#include <utility>
 
 #include "editing/MainWindow.h"
 #include "editing/PlatformIcons.h"
@@ -38,22 +39,17 @@ void MainWindow::FilterStrings() {
         return;
     }
     ListBox1.DeleteAllRows();
-    const Finder finder(term);
-    const EntryDictionary& entries = StringSet->Entries;
-    std::optional<int64_t> selected;
-    // Meant: the selection is kept by comparing the text last clicked with the new row's text, which is the
-    // identifier of a name match and empty for a value match. With no text clicked, every value match is the
-    // one, and the last of them stays selected. Assigned once: each assignment replaces the one before.
-    const auto select = [&] {
+    const Finder finder(term, StringSet->FileBytes());
+    std::optional<int64_t> selected, compared;
+    size_t place = 0;
+    for (const auto& [identifier, entry] : StringSet->Entries) {
+        if (IsShown(place++)) AddMatches(identifier, entry, finder);
+        // Meant: the selection is kept by comparing the text last clicked with the new row's text, which is
+        // the identifier of a name match and empty for a value match. With no text clicked, every value match
+        // is the one, and the last of them stays selected. Assigned once: each assignment replaces the one
+        // before, and the same row once.
+        if (std::exchange(compared, ListBox1.LastIndex()) == ListBox1.LastIndex()) continue;
         if (Equal(ListBox1.Cell(ListBox1.LastIndex()), lastSelectedItem)) selected = ListBox1.LastIndex();
-    };
-    const std::vector<size_t> places = StringSet->PlacesThatMayHold(finder);
-    const bool firstIsPassed = places.empty() ? entries.Count() > 0 : places.front() > 0;
-    if (firstIsPassed) select();  // the text of no row is empty
-    for (const size_t place : places) {
-        const auto index = static_cast<int64_t>(place);
-        if (IsShown(place)) AddMatches(entries.KeyAt(index), entries.ValueAt(index), finder);
-        select();
     }
     if (selected) ListBox1.SetListIndex(*selected);
     ListBox1.SetScrollPosition(LastScrollPosition);

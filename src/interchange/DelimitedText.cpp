@@ -5,6 +5,7 @@
 
 #include "editing/changes/StringSetChange.h"
 #include "interchange/Escapes.h"
+#include "platform/LargePages.h"
 #include "platform/TextStreams.h"
 
 namespace sorbel {
@@ -62,16 +63,32 @@ std::optional<TextInputStream> OpenAsTextFile(const FolderItem& f) {
     }
 }
 
+/// Room for the text, unless it has more than a few escapes.
+size_t SizeOf(const LocalizedStringSet& set) {
+    constexpr size_t PerRow = 12;
+    size_t size = 0;
+    for (const auto& [identifier, entry] : set.Entries)
+        for (int64_t index = 0; index < entry.Count(); ++index) {
+            const EntryValue& value = entry.ItemAt(index).Value;
+            size += PerRow + identifier.View().size() + value.Original.View().size() +
+                    value.Localized.View().size();
+        }
+    return size;
+}
+
 }  // namespace
 
 String ToDelimitedText(const LocalizedStringSet& set) {
     String text;
+    ReserveLarge(text, SizeOf(set));
     for (const auto& [identifier, entry] : set.Entries) {
         for (int64_t index = 0; index < entry.Count(); ++index) {
             const PlatformTable::Item& item = entry.ItemAt(index);
             text.append(identifier).append("\t").append(PlatformText(item.Platform)).append("\t");
-            text.append(EscapeCStyle(item.Value.Original)).append("\t");
-            text.append(EscapeCStyle(item.Value.Localized)).append(EndOfLine);
+            EscapeCStyle(item.Value.Original, text);
+            text += '\t';
+            EscapeCStyle(item.Value.Localized, text);
+            text += EndOfLine;
         }
     }
     return text;

@@ -1,22 +1,31 @@
 #include "interchange/Escapes.h"
 
+#include "platform/TextCoding.h"
+
 namespace sorbel {
 
 namespace {
 
-constexpr StringView Escaped = "\"\\\r\n\t";
-
-String EscapeFor(char c) {
+/// The letter behind the backslash; 0 for a character without an escape.
+char EscapeFor(char c) {
     switch (c) {
         case '\r':
-            return "\\r";
+            return 'r';
         case '\n':
-            return "\\n";
+            return 'n';
         case '\t':
-            return "\\t";
+            return 't';
+        case '"':
+        case '\\':
+            return c;
         default:
-            return {'\\', c};
+            return 0;
     }
+}
+
+/// The characters that may need one: to look for all the low control characters takes less than for three.
+uint64_t MarkSuspects(uint64_t word) {
+    return coding::MarkBelow(word, '\r' + 1) | coding::MarkByte(word, '"') | coding::MarkByte(word, '\\');
 }
 
 /// Letters count in either case, as in every comparison of texts.
@@ -41,13 +50,20 @@ char Decoded(char c) {
 String EscapeCStyle(StringView s) {
     String result;
     result.reserve(s.size());
-    size_t start = 0;
-    for (size_t at = s.find_first_of(Escaped); at != StringView::npos; at = s.find_first_of(Escaped, start)) {
-        result += s.substr(start, at - start);
-        result += EscapeFor(s[at]);
-        start = at + 1;
+    EscapeCStyle(s, result);
+    return result;
+}
+
+void EscapeCStyle(StringView s, String& to) {
+    for (size_t start = 0;;) {
+        const size_t end = coding::FindMarked(s, start, MarkSuspects);
+        to.append(s, start, end - start);
+        if (end == s.size()) return;
+        const char escape = EscapeFor(s[end]);
+        if (escape) to += '\\';
+        to += escape ? escape : s[end];
+        start = end + 1;
     }
-    return result += s.substr(start);
 }
 
 String DecodeCStyleEscapes(StringView s) {

@@ -1,11 +1,12 @@
 #include "interchange/MoFile.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
+#include "interchange/ByteOrder.h"
 #include "interchange/ValueChoice.h"
 #include "platform/BinaryStream.h"
+#include "platform/LargePages.h"
 
 namespace sorbel {
 
@@ -13,52 +14,63 @@ namespace {
 
 constexpr int32_t Magic = static_cast<int32_t>(0x950412DE);
 constexpr int32_t HeaderSize = 28;
+constexpr size_t PerString = 2 * 8 + 2 + 2;  // a row in each table, closing zeros, line ends that grow
 
-using Pair = std::pair<StringView, String>;  // identifier, value
+/// What goes into the file, in the order of the document.
+struct Exported {
+    std::vector<StringView> Identifiers, Values;
+    size_t Size = 0;  // that the texts and tables will probably take
+};
 
-std::vector<Pair> ExportedPairs(const LocalizedStringSet& set) {
-    std::vector<Pair> pairs;
+Exported Collect(const LocalizedStringSet& set) {
+    Exported all;
+    all.Identifiers.reserve(static_cast<size_t>(set.Entries.Count()));
+    all.Values.reserve(static_cast<size_t>(set.Entries.Count()));
     for (const auto& [identifier, entry] : set.Entries) {
         const StringView value = ExportedValue(entry, PlatformWindows);
-        if (!value.empty()) pairs.emplace_back(identifier, ReplaceLineEndings(value, "\r\n"));
+        if (value.empty()) continue;
+        all.Identifiers.push_back(identifier);
+        all.Values.push_back(value);
+        all.Size += PerString + identifier.View().size() + value.size();
     }
-    std::sort(pairs.begin(), pairs.end(),
-              [](const Pair& a, const Pair& b) { return StrComp(a.first, b.first, 0) < 0; });
-    return pairs;
+    return all;
 }
 
-/// Length and place of a string; `offset` moves behind it and its closing zero.
-void WriteTableRow(BinaryStream& s, StringView text, int32_t& offset) {
-    s.WriteInt32(static_cast<int32_t>(text.size()));
-    s.WriteInt32(offset);
-    offset += static_cast<int32_t>(text.size()) + 1;
-}
-
-void WriteText(BinaryStream& s, StringView text) {
-    s.Write(text);
-    s.WriteUInt8(0);
+/// Appends the texts to the file, each with a closing zero, and puts their lengths and places into the table
+/// that the stream stands at.
+template <typename Append>
+void WriteTexts(BinaryStream& s, String& file, const std::vector<StringView>& texts,
+                const std::vector<uint32_t>& order, Append append) {
+    constexpr size_t ahead = 8;
+    for (size_t i = 0; i < order.size(); ++i) {
+        // The texts lie in the order of the document.
+        if (i + 2 * ahead < order.size()) __builtin_prefetch(&texts[order[i + 2 * ahead]]);
+        if (i + ahead < order.size()) __builtin_prefetch(texts[order[i + ahead]].data());
+        const size_t start = file.size();
+        append(texts[order[i]]);
+        s.WriteInt32(static_cast<int32_t>(file.size() - start));
+        s.WriteInt32(static_cast<int32_t>(start));
+        file += '\0';
+    }
 }
 
 }  // namespace
 
 String ToMoFile(const LocalizedStringSet& set) {
-    const std::vector<Pair> pairs = ExportedPairs(set);
-    const auto count = static_cast<int32_t>(pairs.size());
+    const Exported all = Collect(set);
+    const std::vector<uint32_t> order = ByteOrder(all.Identifiers);
+    const auto count = static_cast<int32_t>(order.size());
     MemoryBlock block;
+    String& file = block.Bytes;
+    ReserveLarge(file, HeaderSize + all.Size);
     BinaryStream s(block);
     s.LittleEndian = true;
     for (const int32_t value : {Magic, 0, count, HeaderSize, HeaderSize + 8 * count, 0, 0})
         s.WriteInt32(value);
-    int32_t offset = HeaderSize + 16 * count;
-    for (const auto& [identifier, value] : pairs)
-        WriteTableRow(s, identifier, offset);
-    for (const auto& [identifier, value] : pairs)
-        WriteTableRow(s, value, offset);
-    for (const auto& [identifier, value] : pairs)
-        WriteText(s, identifier);
-    for (const auto& [identifier, value] : pairs)
-        WriteText(s, value);
-    return std::move(block.Bytes);
+    file.resize(HeaderSize + 16 * order.size());
+    WriteTexts(s, file, all.Identifiers, order, [&](StringView text) { file += text; });
+    WriteTexts(s, file, all.Values, order, [&](StringView text) { ReplaceLineEndings(text, "\r\n", file); });
+    return std::move(file);
 }
 
 }  // namespace sorbel

@@ -2,10 +2,9 @@
 
 namespace sorbel {
 
-void BinaryStream::Write(StringView bytes) {
+void BinaryStream::Grow(StringView bytes) {
     if (!mBlock) throw IOException("The stream is open for reading only.");
     mBlock->Bytes.replace(mPosition, bytes.size(), bytes);
-    mPosition += bytes.size();
 }
 
 }  // namespace sorbel

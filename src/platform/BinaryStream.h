@@ -50,7 +50,13 @@ class BinaryStream {
         return static_cast<int32_t>(InOrder(value));
     }
 
-    void Write(StringView bytes);
+    void Write(StringView bytes) {
+        if (mBlock && bytes.size() <= mBlock->Bytes.size() - mPosition)
+            bytes.copy(mBlock->Bytes.data() + mPosition, bytes.size());
+        else
+            Grow(bytes);
+        mPosition += bytes.size();
+    }
     void WriteInt32(int32_t value) {
         const uint32_t ordered = InOrder(static_cast<uint32_t>(value));
         Write({reinterpret_cast<const char*>(&ordered), 4});
@@ -58,6 +64,8 @@ class BinaryStream {
     void WriteUInt8(uint8_t value) { Write({reinterpret_cast<const char*>(&value), 1}); }
 
   private:
+    /// Puts in bytes that reach beyond the end of the block.
+    void Grow(StringView bytes);
     [[nodiscard]] StringView Contents() const { return mBlock ? StringView(mBlock->Bytes) : mBytes; }
     [[nodiscard]] uint32_t InOrder(uint32_t value) const {
         const bool nativeLittle = std::endian::native == std::endian::little;

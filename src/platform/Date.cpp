@@ -1,8 +1,5 @@
 #include "platform/Date.h"
 
-#include <unicode/datefmt.h>
-#include <unicode/gregocal.h>
-
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -18,11 +15,6 @@ namespace {
 using namespace std::chrono;
 
 constexpr StringView Form = "0000-00-00 00:00:00";
-
-String& Locale() {
-    static String locale;
-    return locale;
-}
 
 bool HasForm(StringView text) {
     if (text.size() != Form.size()) return false;
@@ -41,40 +33,6 @@ int Number(StringView text, size_t at, size_t digits) {
 
 year_month_day Civil(int aYear, int aMonth, int aDay) {
     return year(aYear) / month(static_cast<unsigned>(aMonth)) / day(static_cast<unsigned>(aDay));
-}
-
-/// The year count runs on unchanged into the past, as everywhere else here; a calendar that never was
-/// Gregorian has no such change.
-void UseGregorianThroughout(icu::DateFormat& format) {
-    std::unique_ptr<icu::Calendar> calendar(format.getCalendar()->clone());
-    auto* gregorian = dynamic_cast<icu::GregorianCalendar*>(calendar.get());
-    if (!gregorian) return;
-    constexpr UDate longAgo = -1e15;
-    UErrorCode status = U_ZERO_ERROR;
-    gregorian->setGregorianChange(longAgo, status);
-    if (U_SUCCESS(status)) format.adoptCalendar(calendar.release());
-}
-
-std::unique_ptr<icu::DateFormat> MakeLongFormat(const icu::Locale& locale) {
-    std::unique_ptr<icu::DateFormat> format(
-        icu::DateFormat::createDateInstance(icu::DateFormat::kLong, locale));
-    if (!format) return nullptr;
-    format->setTimeZone(*icu::TimeZone::getGMT());
-    UseGregorianThroughout(*format);
-    return format;
-}
-
-/// Null if there is none. Making one takes longer than all else about a date, so the last one is kept, by
-/// each thread for itself.
-const icu::DateFormat* LongFormat() {
-    struct Kept {
-        icu::Locale For;
-        std::unique_ptr<icu::DateFormat> Format;
-    };
-    thread_local Kept kept;
-    const icu::Locale locale = Locale().empty() ? icu::Locale::getDefault() : icu::Locale(Locale().c_str());
-    if (!kept.Format || kept.For != locale) kept = {locale, MakeLongFormat(locale)};
-    return kept.Format.get();
 }
 
 }  // namespace
@@ -115,24 +73,10 @@ void Date::SetSQLDateTime(StringView text) {
     mSecond = static_cast<int8_t>(second);
 }
 
-String Date::LongDate() const {
-    const icu::DateFormat* const format = LongFormat();
-    if (!format) return SQLDateTime().substr(0, 10);  // ICU without its data
-    const auto midnight = sys_days(Civil(mYear, mMonth, mDay)).time_since_epoch();
-    icu::UnicodeString text;
-    format->format(static_cast<UDate>(duration_cast<milliseconds>(midnight).count()), text);
-    String result;
-    return text.toUTF8String(result);
-}
-
 void Date::SetYear(int aYear) {
     if (aYear < 0 || aYear > 9999) throw OutOfBoundsException("No such year.");
     mYear = aYear;
     if (!Civil(mYear, mMonth, mDay).ok()) mDay = 28;  // only 29 February can be missing
-}
-
-void Date::SetLocale(StringView locale) {
-    Locale() = locale;
 }
 
 }  // namespace sorbel

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Exceptions.h"
+#include "platform/LargePages.h"
 #include "platform/SharedText.h"
 #include "platform/Text.h"
 
@@ -78,7 +79,16 @@ class Dictionary {
     /// The value of a key, which is added with a default value if it is new; `makeKey()` gives the key to
     /// store. `guess` is that of `PlaceOf`.
     template <typename MakeKey>
-    Value& FindOrAdd(View key, MakeKey makeKey, int64_t guess = -1);
+    Value& FindOrAdd(View key, MakeKey makeKey, int64_t guess = -1) {
+        if (IsAt(key, guess)) return mItems[static_cast<size_t>(guess)].Second;
+        return FindOrAdd(key, Traits::Hash(key), makeKey);
+    }
+    /// The same with the key's hash, for which memory was made ready by `Prefetch` a little earlier.
+    template <typename MakeKey>
+    Value& FindOrAdd(View key, uint32_t hash, MakeKey makeKey);
+    void Prefetch(uint32_t hash) const {
+        if (!mSlots.empty()) __builtin_prefetch(&mSlots[hash & (mSlots.size() - 1)], 1);
+    }
 
     bool Remove(View key);
     void Clear();
@@ -165,9 +175,7 @@ void Dictionary<Key, Value>::Set(View key, Value value) {
 
 template <typename Key, typename Value>
 template <typename MakeKey>
-Value& Dictionary<Key, Value>::FindOrAdd(View key, MakeKey makeKey, int64_t guess) {
-    if (IsAt(key, guess)) return mItems[static_cast<size_t>(guess)].Second;
-    const uint32_t hash = Traits::Hash(key);
+Value& Dictionary<Key, Value>::FindOrAdd(View key, uint32_t hash, MakeKey makeKey) {
     const uint32_t found = Locate(key, hash);
     if (found != Free) return mItems[found].Second;
     mItems.push_back({makeKey(), Value()});
@@ -199,7 +207,7 @@ void Dictionary<Key, Value>::Clear() {
 
 template <typename Key, typename Value>
 void Dictionary<Key, Value>::Reserve(size_t count) {
-    mItems.reserve(count);
+    ReserveLarge(mItems, count);
     size_t slots = 8;
     while (slots * 2 < count * 3)
         slots *= 2;
@@ -217,7 +225,10 @@ void Dictionary<Key, Value>::Link(uint32_t hash, uint32_t index) {
 
 template <typename Key, typename Value>
 void Dictionary<Key, Value>::Rebuild(size_t slots) {
-    for (const Slot& slot : std::exchange(mSlots, std::vector<Slot>(slots)))
+    std::vector<Slot> larger;
+    ReserveLarge(larger, slots);
+    larger.resize(slots);
+    for (const Slot& slot : std::exchange(mSlots, std::move(larger)))
         if (slot.Index != Free) Link(slot.Hash, slot.Index);
 }
 

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "platform/FileDescriptor.h"
+#include "platform/LargePages.h"
 
 namespace sorbel {
 
@@ -86,6 +87,10 @@ void Remove(const String& path) {
 }
 
 }  // namespace
+
+ByteBuffer::ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {
+    PreferLargePages(mData.get(), size);
+}
 
 std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f) try {
     const FileDescriptor file(f.NativePath(), O_RDONLY);

@@ -11,7 +11,7 @@ namespace sorbel {
 /// The bytes of a file in memory, read once and shared by whatever was made from them.
 class ByteBuffer {
   public:
-    explicit ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {}
+    explicit ByteBuffer(size_t size);
     [[nodiscard]] char* Data() { return mData.get(); }
     [[nodiscard]] StringView View() const { return {mData.get(), mSize}; }
     void Shrink(size_t size) { mSize = size; }  ///< a file that has become shorter while it was read

@@ -54,22 +54,6 @@ struct Character {
 /// a start of 0 or 1 is the beginning; an empty term is found at the start, unless that is beyond the text.
 [[nodiscard]] int64_t InStr(int64_t start, StringView text, StringView term);
 
-/// Whether texts hold a term, ignoring letter case: `InStr` above 0 for many texts, with the term folded
-/// once.
-class Finder {
-  public:
-    explicit Finder(StringView term);
-    [[nodiscard]] bool IsIn(StringView text) const;
-    /// The term in the form in which texts are searched.
-    [[nodiscard]] StringView Folded() const { return mFolded; }
-
-  private:
-    String mFolded;
-    size_t mRarest = 0;      // place of the byte that is looked for first
-    bool mAscii = true;      // the folded term is ASCII
-    mutable String mBuffer;  // a folded text, kept so that a long list of texts allocates once
-};
-
 // --- Taking apart and putting together ---
 
 /// Unicode White_Space taken off both ends.
@@ -85,6 +69,8 @@ class Finder {
 [[nodiscard]] String ReplaceAll(StringView text, StringView what, StringView with);
 /// CR LF, CR and LF each become `ending`.
 [[nodiscard]] String ReplaceLineEndings(StringView text, StringView ending);
+/// The same, appended to `to`.
+void ReplaceLineEndings(StringView text, StringView ending, String& to);
 
 // --- Characters and encodings ---
 
@@ -92,6 +78,8 @@ class Finder {
 [[nodiscard]] String ChrB(uint8_t byte);      ///< one byte
 /// UTF-16, big-endian, no byte-order mark. A byte that is not valid UTF-8 becomes U+FFFD.
 [[nodiscard]] String EncodeUtf16BE(StringView text);
+/// The same, appended to `to`.
+void EncodeUtf16BE(StringView text, String& to);
 
 inline constexpr StringView EndOfLine = "\n";  ///< the native line end
 

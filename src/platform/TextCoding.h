@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -49,6 +50,29 @@ inline uint64_t LoadTail(StringView text, size_t count) {
     for (const char* at = end; at != end - count;)
         word = word << 8 | static_cast<unsigned char>(*--at);
     return word;
+}
+
+/// Marks the bytes of a word that are `c` by their upper bits. The lowest mark is right; those above it may
+/// be false.
+inline uint64_t MarkByte(uint64_t word, char c) {
+    const uint64_t difference = word ^ (EachByte * static_cast<unsigned char>(c));
+    return (difference - EachByte) & ~difference & (EachByte * 0x80);
+}
+
+/// Likewise those below `limit`, at most 0x80.
+inline uint64_t MarkBelow(uint64_t word, unsigned char limit) {
+    return (word - EachByte * limit) & ~word & (EachByte * 0x80);
+}
+
+/// The first byte at or behind `from` that `mark` marks; the text's size if there is none.
+template <typename Mark>
+size_t FindMarked(StringView text, size_t from, Mark mark) {
+    for (; text.size() - from >= 8; from += 8)
+        if (const uint64_t marks = mark(LoadWord(text.data() + from)))
+            return from + static_cast<size_t>(std::countr_zero(marks)) / 8;
+    const size_t left = text.size() - from;
+    const uint64_t marks = mark(LoadTail(text, left));
+    return from + std::min(left, static_cast<size_t>(std::countr_zero(marks)) / 8);
 }
 
 struct Decoded {

@@ -75,15 +75,21 @@ String ReplaceAll(StringView text, StringView what, StringView with) {
 String ReplaceLineEndings(StringView text, StringView ending) {
     String result;
     result.reserve(text.size());
-    for (size_t at = 0; at < text.size(); ++at) {
-        if (text[at] != '\r' && text[at] != '\n') {
-            result += text[at];
-            continue;
-        }
-        result += ending;
-        if (text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n') ++at;
-    }
+    ReplaceLineEndings(text, ending, result);
     return result;
+}
+
+void ReplaceLineEndings(StringView text, StringView ending, String& to) {
+    const auto markEnds = [](uint64_t word) {
+        return MarkByte(word, '\r') | MarkByte(word, '\n');
+    };
+    for (size_t start = 0;;) {
+        const size_t end = FindMarked(text, start, markEnds);
+        to.append(text, start, end - start);
+        if (end == text.size()) return;
+        to += ending;
+        start = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
+    }
 }
 
 }  // namespace sorbel

@@ -28,7 +28,7 @@ void LocaleReader::Enter(LocalizedStringSet& set, std::shared_ptr<LocalizedStrin
                          StringView bytes) {
     ReserveEntries(set, bytes);
     set.mIsValid = true;
-    mFrames.push({set, std::move(element), BinaryStream(bytes)});
+    mFrames.push({set, std::move(element), BinaryStream(bytes), set.Identifiers.size()});
     mFrames.top().Stream.SetPosition(LenB(Magic));
 }
 
@@ -59,12 +59,15 @@ std::optional<StringView> LocaleReader::ReadUntilHistory(Frame& frame) {
         while (!s.EndOfFile()) {
             const int32_t tag = s.ReadInt32();
             const int32_t length = s.ReadInt32();
+            if (tag != EntryTag)
+                StoreWaiting(frame, 0);  // this chunk's failure may be the end of all reading
             if (tag == HistoryTag) return ReadSimpleValue(frame).Bytes();
             ReadChunk(frame, tag, length);
         }
     } catch (const OutOfBoundsException&) {
         frame.Set.mIsValid = false;
     }
+    StoreWaiting(frame, 0);
     return std::nullopt;
 }
 
@@ -130,9 +133,25 @@ void LocaleReader::ReadEntry(Frame& frame, int64_t length) {
         }
     }
     SpendOverrun(s.Position() - end);
-    frame.Set.AppendStaging(identifier, original, localized, changed || localized.Empty(), platform);
-    frame.Set.StoreEntry(platform, identifier, original, localized);
+    changed = changed || localized.Empty();
+    frame.Set.AppendStaging(std::move(identifier), std::move(original), std::move(localized), changed,
+                            platform);
+    AwaitStoring(frame);
     s.SetPosition(end);
+}
+
+// The last row of the staging lists is to be stored when the place for it has come from the memory.
+void LocaleReader::AwaitStoring(Frame& frame) {
+    const size_t row = frame.Set.Identifiers.size() - 1;
+    StoreWaiting(frame, MostWaiting);
+    const uint32_t hash = FoldedHash(frame.Set.Identifiers[row]);
+    frame.Hashes[row % MostWaiting] = hash;
+    frame.Set.Entries.Prefetch(hash);
+}
+
+void LocaleReader::StoreWaiting(Frame& frame, size_t mostLeft) {
+    for (; frame.Set.Identifiers.size() - frame.Stored > mostLeft; ++frame.Stored)
+        frame.Set.StoreRow(frame.Stored, frame.Hashes[frame.Stored % MostWaiting]);
 }
 
 // Bytes behind an entry's end are read again as the next chunks. Were that free, a small file could make

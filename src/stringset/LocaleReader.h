@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <stack>
@@ -20,11 +22,16 @@ class LocaleReader {
     bool ReadData();
 
   private:
+    // By so many entries the storing lags behind, while the memory that it needs is fetched.
+    static constexpr size_t MostWaiting = 8;
+
     // A file that is being read: the outermost one, or an earlier version inside the one below it.
     struct Frame {
         LocalizedStringSet& Set;
         std::shared_ptr<LocalizedStringSet> Element;  // holds the set of an earlier version
         BinaryStream Stream;
+        size_t Stored;  // rows of the staging lists that are in `Entries`; the others wait
+        std::array<uint32_t, MostWaiting> Hashes{};  // of those rows, each at row % MostWaiting
     };
 
     void Enter(LocalizedStringSet& set, std::shared_ptr<LocalizedStringSet> element, StringView bytes);
@@ -34,6 +41,9 @@ class LocaleReader {
     void ReadChunk(Frame& frame, int32_t tag, int32_t length);
     void ReadEntry(Frame& frame, int64_t length);
     void SpendOverrun(int64_t bytes);
+
+    static void AwaitStoring(Frame& frame);
+    static void StoreWaiting(Frame& frame, size_t mostLeft);
 
     static SimpleValue ReadSimpleValue(Frame& frame);
     static void ReadDate(LocalizedStringSet& set, StringView text);

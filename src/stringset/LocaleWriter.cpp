@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/LargePages.h"
 #include "stringset/LocaleFormat.h"
 
 namespace sorbel {
@@ -74,7 +75,7 @@ int64_t WriteTaggedData(String& out, int32_t tag, StringView value) {
 }
 
 String LocaleWriter::WriteData(LocalizedStringSet& set) {
-    mOut.reserve(SizeOf(set));
+    ReserveLarge(mOut, SizeOf(set));
     Enter(set);
     while (!mFrames.empty()) {
         Frame& frame = mFrames.back();

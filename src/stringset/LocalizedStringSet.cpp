@@ -16,20 +16,14 @@ void LocalizedStringSet::AddEntry(int64_t platform, StringView identifier, Strin
                                   StringView localizedValue) {
     EntryValue value{.Localized = SharedText(localizedValue), .Original = SharedText(originalValue)};
     Entries.FindOrAdd(identifier, [&] { return SharedText(identifier); }).Set(platform, std::move(value));
-    NoteForSearch(identifier, -1);
 }
 
-std::vector<size_t> LocalizedStringSet::PlacesThatMayHold(const Finder& term) {
-    if (!mSearchText || mSearchText->IsWorn()) mSearchText = std::make_unique<SearchText>(Entries);
-    return mSearchText->Places(term);
-}
-
-void LocalizedStringSet::NoteForSearch(StringView identifier, int64_t place) {
-    if (!mSearchText) return;
-    if (mSearchText->IsWorn())
-        mSearchText.reset();
-    else
-        mSearchText->NoteChange(static_cast<size_t>(Entries.PlaceOf(identifier, place)));
+std::vector<StringView> LocalizedStringSet::FileBytes() const {
+    std::vector<StringView> files;
+    if (!mBuffers) return files;
+    for (const auto& buffer : *mBuffers)
+        files.push_back(buffer->View());
+    return files;
 }
 
 // Texts are shared: copies count the owned ones, and the borrowed ones live as long as the buffers do.
@@ -87,7 +81,12 @@ void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifi
         return identifier;
     };
     Entries.FindOrAdd(identifier, key, place).Set(platform, {.Localized = localized, .Original = original});
-    NoteForSearch(identifier, place);
+}
+
+void LocalizedStringSet::StoreRow(size_t row, uint32_t hash) {
+    const SharedText& identifier = Identifiers[row];
+    Entries.FindOrAdd(identifier, hash, [&] { return identifier; })
+        .Set(Platforms[row], {.Localized = LocalizedValues[row], .Original = OriginalValues[row]});
 }
 
 void LocalizedStringSet::KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer) {

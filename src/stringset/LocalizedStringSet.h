@@ -12,7 +12,6 @@
 #include "platform/SharedText.h"
 #include "platform/TextStreams.h"
 #include "stringset/PlatformTable.h"
-#include "stringset/SearchText.h"
 
 namespace sorbel {
 
@@ -50,9 +49,8 @@ class LocalizedStringSet {
     void StoreEntry(int64_t platform, const SharedText& identifier, const SharedText& original,
                     const SharedText& localized, int64_t place = -1);
 
-    /// The places in `Entries`, in order, of all strings that hold the term in their identifier or a value,
-    /// and perhaps of some others. The first search folds all texts; later ones are quick.
-    [[nodiscard]] std::vector<size_t> PlacesThatMayHold(const Finder& term);
+    /// The bytes of the files that it was read from. Most texts lie in them, one after the other.
+    [[nodiscard]] std::vector<StringView> FileBytes() const;
 
     /// A snapshot of the strings and their labels: no history, no staging lists.
     [[nodiscard]] std::shared_ptr<LocalizedStringSet> Clone() const;
@@ -83,7 +81,8 @@ class LocalizedStringSet {
     bool ReadTextData(TextInputStream& s);
     void AppendStaging(SharedText identifier, SharedText original, SharedText localized, bool changed,
                        int64_t platform);
-    void NoteForSearch(StringView identifier, int64_t place);
+    /// Puts a row of the staging lists into `Entries`; the hash is that of its identifier.
+    void StoreRow(size_t row, uint32_t hash);
     void KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer);
     void ReleaseHistory();
 
@@ -91,7 +90,6 @@ class LocalizedStringSet {
 
     bool mIsValid = false;
     std::optional<SharedText> mForeignApplication;  // application bytes that name no file here
-    std::unique_ptr<SearchText> mSearchText;        // null until somebody searches
     std::shared_ptr<const BufferList> mBuffers;     // what borrowed texts point into; shared with the history
 };
 

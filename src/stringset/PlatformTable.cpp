@@ -40,10 +40,6 @@ PlatformTable& PlatformTable::operator=(PlatformTable other) noexcept {
     return *this;
 }
 
-int64_t PlatformTable::Count() const {
-    return (mHasFirst ? 1 : 0) + (mMore ? mMore->Count() : 0);
-}
-
 const EntryValue* PlatformTable::Find(int64_t platform) const {
     if (mHasFirst && mFirst.Platform == platform) return &mFirst.Value;
     const Item* item = mMore ? mMore->Find(platform) : nullptr;

@@ -49,7 +49,7 @@ class PlatformTable {
     PlatformTable& operator=(PlatformTable other) noexcept;
     ~PlatformTable() = default;
 
-    [[nodiscard]] int64_t Count() const;
+    [[nodiscard]] int64_t Count() const { return (mHasFirst ? 1 : 0) + (mMore ? mMore->Count() : 0); }
     /// By place, from 0 to below `Count`.
     [[nodiscard]] const Item& ItemAt(int64_t index) const {
         return index == 0 ? mFirst : mMore->ValueAt(index - 1);

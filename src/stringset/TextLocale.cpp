@@ -36,9 +36,8 @@ bool LocalizedStringSet::ReadTextData(TextInputStream& s) {
     while (!s.EndOfFile()) {
         const Row row = SplitRow(s.ReadLine());
         const int64_t platform = PlatformCode(row[1]);
-        const SharedText identifier(row[0]), original(row[2]), localized(row[3]);
-        AppendStaging(identifier, original, localized, false, platform);
-        StoreEntry(platform, identifier, original, localized);
+        AppendStaging(SharedText(row[0]), SharedText(row[2]), SharedText(row[3]), false, platform);
+        StoreRow(Identifiers.size() - 1, FoldedHash(row[0]));
     }
     return false;
 }

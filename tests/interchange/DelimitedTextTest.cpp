@@ -39,6 +39,11 @@ class DelimitedTextTest : public testing::Test {
 TEST(Escapes, AreFiveOneWayAndAnyTheOther) {
     EXPECT_EQ(EscapeCStyle("\"\\\r\n\tü'𝄞/"), "\\\"\\\\\\r\\n\\tü'𝄞/");
     EXPECT_EQ(EscapeCStyle(""), "");
+    const StringView low("\0\x0B\x0C\b\x0E#[]\x8A\xA2\xDC", 11);
+    EXPECT_EQ(EscapeCStyle(low), low) << "look like what is escaped";
+    String appended = "\n";
+    EscapeCStyle("\"", appended);
+    EXPECT_EQ(appended, "\n\\\"");
     EXPECT_EQ(DecodeCStyleEscapes("\\q\\\"\\\\n\\r\\t\\n"), "q\"\\n\r\t\n");
     EXPECT_EQ(DecodeCStyleEscapes("\\N\\R\\T"), "\n\r\t") << "letters are compared without their case";
     EXPECT_EQ(DecodeCStyleEscapes("end\\"), "end");

@@ -4,6 +4,7 @@
 #include <random>
 #include <set>
 
+#include "platform/Finder.h"
 #include "platform/Text.h"
 
 namespace sorbel {
@@ -135,6 +136,8 @@ TEST(TextSearch, PositionsAreCharactersOfTheOriginal) {
     EXPECT_EQ(InStr(1, "\u20ac\u023a\xff" + Kelvin + "elvin", "KELVIN"), 4);
     EXPECT_EQ(InStr(1, "\u20ac", "\x82"), 0) << "a byte inside a character is no match";
     EXPECT_EQ(InStr(1, "a\xe2\x82\u20ac", "\xe2\x82"), 2);
+    EXPECT_EQ(InStr(1, StringView("a\0b", 3), StringView("\0", 1)), 2);
+    EXPECT_EQ(InStr(1, "ab", StringView("\0", 1)), 0);
     EXPECT_EQ(InStr(3, "ab", ""), 3);
     EXPECT_EQ(InStr(4, "ab", ""), 0);
     EXPECT_EQ(InStr(INT64_MAX, "ab", "a"), 0);
@@ -144,6 +147,76 @@ TEST(TextSearch, PositionsAreCharactersOfTheOriginal) {
     for (const StringView text : {"", "sav", "s ave", "s\u00e4ve"})
         EXPECT_FALSE(save.IsIn(text)) << text;
     EXPECT_TRUE(Finder("").IsIn(""));
+}
+
+TEST(TextSearch, FindsACharacterByEachThatFoldsToIt) {
+    int folding = 0;
+    for (int32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
+        const String character = Chr(codePoint), folded = Fold(character);
+        if (folded == character) continue;
+        ++folding;
+        for (const StringView before : {"", "~", "\u4e00", "e"}) {
+            const Finder finder(String(before) + character + "e");
+            EXPECT_TRUE(finder.IsIn("e" + String(before) + folded + "E")) << codePoint;
+            EXPECT_TRUE(Finder(String(before) + folded).IsIn(String(before) + character)) << codePoint;
+            EXPECT_EQ(InStr(1, "\u4e8c" + character, folded), 2) << codePoint;
+        }
+    }
+    EXPECT_GT(folding, 1000);
+}
+
+/// A block of memory, and texts in it with other bytes in between.
+struct Block {
+    String Bytes;
+    std::vector<std::pair<size_t, size_t>> Texts;  // where they begin, and their sizes
+
+    Block(std::mt19937& random, size_t count, size_t longestGap) {
+        while (Texts.size() < count) {
+            const String text = RandomText(random, random() % 8 ? 6 : 60);
+            Texts.emplace_back(Bytes.size(), text.size());
+            Bytes += text + RandomText(random, 2) + String(random() % (longestGap + 1), 'e');
+        }
+    }
+    [[nodiscard]] StringView Text(size_t number) const {
+        return StringView(Bytes).substr(Texts[number].first, Texts[number].second);
+    }
+};
+
+TEST(TextSearch, BlocksAreSweptWithTheSameAnswers) {
+    std::mt19937 random(4711);
+    size_t found = 0, missed = 0;
+    for (int round = 0; round < 400; ++round) {
+        const Block first(random, 60, round % 4 ? 3 : 6000), second(random, 60, 0);
+        const String term = RandomText(random, 2 + random() % 3);
+        const Finder finder(term, {first.Bytes, StringView(second.Bytes)});
+        size_t number = 0;
+        for (int step = 0; step < 200; ++step) {
+            number = random() % 16 ? (number + 1) % 60 : random() % 60;  // mostly in their order
+            const StringView text = (step % 100 < 60 ? first : second).Text(number);
+            const bool holds = SlowInStr(1, text, term) > 0;
+            ASSERT_EQ(finder.IsIn(text), holds) << testing::PrintToString(text) << " round " << round;
+            if (random() % 4 == 0) {
+                ASSERT_EQ(finder.IsIn(String(text)), holds) << "a text elsewhere";
+            }
+            ++(holds ? found : missed);
+        }
+    }
+    EXPECT_GT(found, 5000U);
+    EXPECT_GT(missed, 5000U);
+}
+
+TEST(TextSearch, SweepsMissNoMatchWhereTheyPause) {
+    for (size_t place = 0; place < 300; ++place) {
+        String block(320, 'e');
+        block.replace(20 + place, 0, "Q\u4e00");
+        const StringView all = block;
+        const Finder finder("q\u4e00", {all});
+        EXPECT_FALSE(finder.IsIn(all.substr(0, 10)));
+        EXPECT_FALSE(finder.IsIn(all.substr(10, 10)));
+        EXPECT_FALSE(finder.IsIn(all.substr(20, place + 3))) << place << ": the match is not whole";
+        EXPECT_TRUE(finder.IsIn(all.substr(20))) << place;
+        EXPECT_FALSE(finder.IsIn(all.substr(21 + place))) << place;
+    }
 }
 
 TEST(TextSearch, RepetitiveTextsAreSearchedToTheEnd) {

@@ -66,6 +66,11 @@ TEST(Text, Replaces) {
     EXPECT_EQ(ReplaceAll("aA", "", "x"), "aA");
     EXPECT_EQ(ReplaceLineEndings("a\r\nb\rc\nd\n\r\r\n", "\r\n"), "a\r\nb\r\nc\r\nd\r\n\r\n\r\n");
     EXPECT_EQ(ReplaceLineEndings("\n", ""), "");
+    String appended = "a\r";
+    for (size_t letters = 0; letters < 18; ++letters)  // an end at each place in a word
+        ReplaceLineEndings(String(letters, '\x0B') + "\n" + String(letters, '\x8D'), "/", appended);
+    EXPECT_EQ(CountFields(appended, "/"), 19);
+    EXPECT_EQ(NthField(appended, "/", 18), String(16, '\x8D') + String(17, '\x0B'));
 }
 
 TEST(Text, Encodes) {
@@ -78,6 +83,13 @@ TEST(Text, Encodes) {
     EXPECT_EQ(EncodeUtf16BE("A\u20ac\U0001F600\xe2\x82"
                             "b"),
               String(expected, sizeof expected - 1));
+    String units = "x";
+    EncodeUtf16BE("12345678\u00fc1234567\U0001F60012345678", units);
+    EXPECT_EQ(ReplaceAll(units, StringView("\0", 1), ""),
+              "x12345678\xfc"
+              "1234567\xd8\x3d\xde"
+              "12345678");
+    EXPECT_EQ(units.size(), 1 + 2 * 26u);
 }
 
 }  // namespace

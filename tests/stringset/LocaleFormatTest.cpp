@@ -50,6 +50,12 @@ TEST(LocaleFormat, KnownFileBothWays) {
     EXPECT_EQ(read->DateGenerated->SQLDateTime(), "2001-02-03 04:05:06");
     EXPECT_EQ(Values(*read, "ok"), "OK|Gut");
     EXPECT_EQ(read->ToBytes(), file);
+
+    EXPECT_TRUE(set.FileBytes().empty());
+    EXPECT_EQ(read->FileBytes(), std::vector<StringView>{file});
+    const char* const text = read->Entries.Find("OK")->ItemAt(0).Value.Localized.View().data();
+    EXPECT_EQ(text - read->FileBytes().front().data(), static_cast<ptrdiff_t>(file.find("Gut")));
+    EXPECT_EQ(read->Clone()->FileBytes().front().data(), read->FileBytes().front().data());
 }
 
 TEST(LocaleFormat, FilesAreReadMergedAndWritten) {
@@ -98,6 +104,22 @@ TEST(LocaleFormat, StagingListsCarryWhatTheFileSaid) {
     EXPECT_EQ(set->LocalizedValues[0].View(), "edited");
     EXPECT_EQ(set->Identifiers.size(), 3u);
     EXPECT_TRUE(set->HasChanged.empty());
+}
+
+TEST(LocaleFormat, EntriesAreAllThereHoweverTheReadingEnds) {
+    String entries;
+    for (int i = 0; i < 30; ++i)
+        entries += Entry("i" + std::to_string(i % 20), "", std::to_string(i));
+    for (const String& end :
+         {String(), Text("date", "yesterday"), Data("hist", Magic + Entry("x", "", "")), Int(1)}) {
+        LocalizedStringSet set;
+        try {
+            set.ReadBytes(Buffer(Magic + entries + end));
+        } catch (const UnsupportedFormatException&) {
+        }
+        ASSERT_EQ(set.Entries.Count(), 20);
+        EXPECT_EQ(Values(set, "i3") + Values(set, "i9") + Values(set, "i15"), "|23|29|15");
+    }
 }
 
 TEST(LocaleFormat, ChunksInAnyOrderAndValuesOfAnyType) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Text.h"
+#include "platform/Finder.h"
 #include "stringset/PlatformTable.h"
 
 namespace sorbel {
