@@ -48,6 +48,7 @@ struct Pattern {
 /// The first place with a hit, or `end`. `hits` reads sixteen bytes and as many that begin `distance` behind.
 template <typename Hits>
 const char* FirstHit(const char* from, const char* end, ptrdiff_t distance, Hits hits) {
+    if (from == end) return end;  // perhaps both null
     // At once where hits are frequent; in greater steps where they are not.
     if (end - from >= Step + distance)
         if (const Bytes found = hits(from); Any(found)) return from + First(found);

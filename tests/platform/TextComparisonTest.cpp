@@ -133,6 +133,7 @@ TEST(TextSearch, PositionsAreCharactersOfTheOriginal) {
     EXPECT_EQ(InStr(0, "abcABC", "b"), 2);
     EXPECT_EQ(InStr(3, "abcABC", "b"), 5);
     EXPECT_EQ(InStr(6, "abcABC", "b"), 0);
+    EXPECT_EQ(InStr(1, StringView(), "b"), 0);
     EXPECT_EQ(InStr(1, "\u20ac\u023a\xff" + Kelvin + "elvin", "KELVIN"), 4);
     EXPECT_EQ(InStr(1, "\u20ac", "\x82"), 0) << "a byte inside a character is no match";
     EXPECT_EQ(InStr(1, "a\xe2\x82\u20ac", "\xe2\x82"), 2);
