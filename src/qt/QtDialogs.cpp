@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <vector>
 
 #include "platform/FileType.h"
@@ -16,15 +17,15 @@ namespace sorbel {
 
 namespace {
 
-/// Runs a dialog that may lose its parent, and so itself, while it runs. Null: it is gone or was cancelled.
+/// Runs a dialog that may lose its parent, and so itself, while it runs. Null: it is gone. What it has opened
+/// goes with it at once, for long work may follow in which nothing is taken from the screen.
 template <typename Dialog>
-QPointer<Dialog> Run(Dialog* dialog, bool sheet) {
+std::unique_ptr<Dialog> Run(Dialog* dialog, bool sheet) {
     const QPointer<Dialog> guard(dialog);
     dialog->setAttribute(Qt::WA_DeleteOnClose, false);
     dialog->setWindowModality(sheet && dialog->parent() ? Qt::WindowModal : Qt::ApplicationModal);
     dialog->exec();
-    if (guard) guard->deleteLater();
-    return guard;
+    return std::unique_ptr<Dialog>(guard.data());
 }
 
 using Types = std::vector<const FileType*>;  // a file dialog has another meaning for the name inside
@@ -135,7 +136,7 @@ const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* pare
         if (button->Default) box->setDefaultButton(shown);
         if (button->Cancel) box->setEscapeButton(shown);
     }
-    const QPointer<MessageBox> done = Run(box, sheet);
+    const std::unique_ptr<MessageBox> done = Run(box, sheet);
     if (!done) return nullptr;
     for (size_t index = 0; index < roles.size(); ++index)
         if (buttons[index] && buttons[index] == done->clickedButton()) return roles[index].first;
@@ -146,7 +147,7 @@ std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, b
     auto* files = new FileDialog(parent, dialog.Filter);
     files->setFileMode(QFileDialog::ExistingFile);
     if (!dialog.PromptText.empty()) files->setWindowTitle(ToQt(dialog.PromptText));
-    const QPointer<FileDialog> done = Run(files, sheet);
+    const std::unique_ptr<FileDialog> done = Run(files, sheet);
     return done ? done->File() : nullptr;
 }
 
@@ -157,7 +158,7 @@ std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, Q
     if (const auto types = TypesOf(filter); !types.empty())
         files->setDefaultSuffix(ToQt(types.front()->Extensions).section(u';', 0, 0));
     files->selectFile(ToQt(defaultName));
-    const QPointer<FileDialog> done = Run(files, false);
+    const std::unique_ptr<FileDialog> done = Run(files, false);
     return done ? done->File() : nullptr;
 }
 
