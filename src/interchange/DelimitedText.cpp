@@ -5,7 +5,6 @@
 
 #include "editing/changes/StringSetChange.h"
 #include "interchange/Escapes.h"
-#include "platform/LargePages.h"
 #include "platform/TextStreams.h"
 
 namespace sorbel {
@@ -80,7 +79,7 @@ size_t SizeOf(const LocalizedStringSet& set) {
 
 String ToDelimitedText(const LocalizedStringSet& set) {
     String text;
-    ReserveLarge(text, SizeOf(set));
+    text.reserve(SizeOf(set));
     for (const auto& [identifier, entry] : set.Entries) {
         for (int64_t index = 0; index < entry.Count(); ++index) {
             const PlatformTable::Item& item = entry.ItemAt(index);

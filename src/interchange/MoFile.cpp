@@ -6,7 +6,6 @@
 #include "interchange/ByteOrder.h"
 #include "interchange/ValueChoice.h"
 #include "platform/BinaryStream.h"
-#include "platform/LargePages.h"
 
 namespace sorbel {
 
@@ -62,7 +61,7 @@ String ToMoFile(const LocalizedStringSet& set) {
     const auto count = static_cast<int32_t>(order.size());
     MemoryBlock block;
     String& file = block.Bytes;
-    ReserveLarge(file, HeaderSize + all.Size);
+    file.reserve(HeaderSize + all.Size);
     BinaryStream s(block);
     s.LittleEndian = true;
     for (const int32_t value : {Magic, 0, count, HeaderSize, HeaderSize + 8 * count, 0, 0})

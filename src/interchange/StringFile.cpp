@@ -2,7 +2,6 @@
 
 #include "interchange/Escapes.h"
 #include "interchange/ValueChoice.h"
-#include "platform/LargePages.h"
 
 namespace sorbel {
 
@@ -30,7 +29,7 @@ void AppendLine(StringView identifier, StringView value, String& to) {
 
 String ToStringFile(const LocalizedStringSet& set) {
     String file, line;
-    ReserveLarge(file, SizeOf(set));
+    file.reserve(SizeOf(set));
     file.append("\xFE\xFF");
     for (const auto& [identifier, entry] : set.Entries) {
         const StringView value = ExportedValue(entry, PlatformMacOS);

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/Exceptions.h"
-#include "platform/LargePages.h"
 #include "platform/SharedText.h"
 #include "platform/Text.h"
 
@@ -207,7 +206,7 @@ void Dictionary<Key, Value>::Clear() {
 
 template <typename Key, typename Value>
 void Dictionary<Key, Value>::Reserve(size_t count) {
-    ReserveLarge(mItems, count);
+    mItems.reserve(count);
     size_t slots = 8;
     while (slots * 2 < count * 3)
         slots *= 2;
@@ -225,9 +224,7 @@ void Dictionary<Key, Value>::Link(uint32_t hash, uint32_t index) {
 
 template <typename Key, typename Value>
 void Dictionary<Key, Value>::Rebuild(size_t slots) {
-    std::vector<Slot> larger;
-    ReserveLarge(larger, slots);
-    larger.resize(slots);
+    std::vector<Slot> larger(slots);
     for (const Slot& slot : std::exchange(mSlots, std::move(larger)))
         if (slot.Index != Free) Link(slot.Hash, slot.Index);
 }

@@ -5,7 +5,6 @@
 #include <new>
 
 #include "platform/FileDescriptor.h"
-#include "platform/LargePages.h"
 
 namespace sorbel {
 
@@ -88,9 +87,7 @@ void Remove(const String& path) {
 
 }  // namespace
 
-ByteBuffer::ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {
-    PreferLargePages(mData.get(), size);
-}
+ByteBuffer::ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {}
 
 std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f) try {
     const FileDescriptor file(f.NativePath(), O_RDONLY);

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "platform/LargePages.h"
 #include "stringset/LocaleFormat.h"
 #include "stringset/LocaleReader.h"
 
@@ -47,11 +46,11 @@ void LocaleReader::ReserveEntries(LocalizedStringSet& set, StringView bytes) {
     const size_t named = std::min(count, bytes.size() / (ChunkHeaderSize + ValueHeaderSize + 1) + 1);
     set.Entries.Reserve(static_cast<size_t>(set.Entries.Count()) + named);
     const size_t rows = set.Identifiers.size() + count;
-    ReserveLarge(set.Identifiers, rows);
-    ReserveLarge(set.OriginalValues, rows);
-    ReserveLarge(set.LocalizedValues, rows);
+    set.Identifiers.reserve(rows);
+    set.OriginalValues.reserve(rows);
+    set.LocalizedValues.reserve(rows);
     set.HasChanged.reserve(rows);
-    ReserveLarge(set.Platforms, rows);
+    set.Platforms.reserve(rows);
 }
 
 }  // namespace sorbel

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/LargePages.h"
 #include "stringset/LocaleFormat.h"
 
 namespace sorbel {
@@ -75,7 +74,7 @@ int64_t WriteTaggedData(String& out, int32_t tag, StringView value) {
 }
 
 String LocaleWriter::WriteData(LocalizedStringSet& set) {
-    ReserveLarge(mOut, SizeOf(set));
+    mOut.reserve(SizeOf(set));
     Enter(set);
     while (!mFrames.empty()) {
         Frame& frame = mFrames.back();
