@@ -1,7 +1,7 @@
 #include <ctime>
 
-#include "BlindGraphics.h"
 #include "Workbench.h"
+#include "support/BlindGraphics.h"
 
 namespace sorbel::bench {
 

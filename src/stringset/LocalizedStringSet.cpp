@@ -14,8 +14,7 @@ LocalizedStringSet::~LocalizedStringSet() {
 
 void LocalizedStringSet::AddEntry(int64_t platform, StringView identifier, StringView originalValue,
                                   StringView localizedValue) {
-    EntryValue value{.Localized = SharedText(localizedValue), .Original = SharedText(originalValue)};
-    Entries.FindOrAdd(identifier, [&] { return SharedText(identifier); }).Set(platform, std::move(value));
+    StoreEntry(platform, SharedText(identifier), SharedText(originalValue), SharedText(localizedValue));
 }
 
 std::vector<StringView> LocalizedStringSet::FileBytes() const {

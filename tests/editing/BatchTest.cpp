@@ -2,13 +2,13 @@
 #include <random>
 #include <sstream>
 
-#include "editing/BlindGraphics.h"
 #include "editing/InternalChange.h"
 #include "editing/WindowUnderTest.h"
 #include "editing/changes/ImportChange.h"
 #include "editing/changes/StringSetChange.h"
 #include "interchange/DelimitedText.h"
 #include "platform/Exceptions.h"
+#include "support/BlindGraphics.h"
 
 namespace sorbel {
 namespace {

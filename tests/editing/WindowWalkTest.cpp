@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <random>
 
-#include "editing/BlindGraphics.h"
 #include "editing/WindowUnderTest.h"
+#include "support/BlindGraphics.h"
 
 namespace sorbel {
 namespace {

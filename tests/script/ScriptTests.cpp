@@ -1,35 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "script/RecordingScript.h"
+#include "scripting/Samples.h"
 
 namespace sorbel::script {
 namespace {
-
-const char* const Sample = R"(//  Reverses the text in the TranslatedText field
-
-if ShowDialog("Are you sure you want to reverse this translated string?", "", "No", "Yes", "Maybe", 1) <> "Yes" then
-  Return
-end if
-
-Dim default As String = DefaultText
-Dim translated As String = TranslatedText
-
-dim newString as String
-for i as integer = len(translated) downto 1
-  newString = newString + mid(translated,i,1)
-next i
-
-TranslatedText = default + ": " + newString
-)";
-
-const char* const LoopSample =
-    "//  Reverses the text in the TranslatedText field\n\n// Store the selected row \n"
-    "dim InitialRow as integer = CurrentRow\n\n// Move to each row and reverse the text\n"
-    "For i as integer = FirstRow to LastRow\n\tCurrentRow = i\n\tDim default As String = DefaultText\n"
-    "\tDim translated As String = TranslatedText\n\n\tdim newString as String\n"
-    "\tfor j as integer = len(translated) downto 1\n\t\tnewString = newString + mid(translated, j, 1)\n"
-    "\tnext j\n\n\tTranslatedText = default + \": \" + newString\nNext i\n\n"
-    "// Restore the selected row\nCurrentRow = InitialRow\n";
 
 TEST(ScriptSamples, ReverseTheSelectedTranslation) {
     FakeHost host;
@@ -37,7 +12,7 @@ TEST(ScriptSamples, ReverseTheSelectedTranslation) {
     host.Translations = {"Öffnen", "Sichern"};
     host.Row = 1;
     host.Answer = "Maybe";
-    EXPECT_EQ(RecordingScript(Sample, &host).Errors, 0);
+    EXPECT_EQ(RecordingScript(String(Scripting::Sample), &host).Errors, 0);
     EXPECT_EQ(host.Translations[0], "Öffnen");  // the answer was not "Yes"
     class Agreeing : public FakeHost {
       public:
@@ -46,7 +21,7 @@ TEST(ScriptSamples, ReverseTheSelectedTranslation) {
         }
     } agreeing;
     static_cast<FakeHost&>(agreeing) = host;
-    EXPECT_EQ(RecordingScript(Sample, &agreeing).FailureClass, "");
+    EXPECT_EQ(RecordingScript(String(Scripting::Sample), &agreeing).FailureClass, "");
     EXPECT_EQ(agreeing.Translations[0], "Open: nenffÖ");
     EXPECT_EQ(agreeing.Translations[1], "Sichern");
 }
@@ -56,11 +31,11 @@ TEST(ScriptSamples, ReverseAllTranslationsAndRestoreTheRow) {
     host.Defaults = {"a", "b", "c"};
     host.Translations = {"xyz", "", "日本"};
     host.Row = 2;
-    EXPECT_EQ(RecordingScript(LoopSample, &host).Errors, 0);
+    EXPECT_EQ(RecordingScript(String(Scripting::LoopSample), &host).Errors, 0);
     EXPECT_EQ(host.Translations, (std::vector<String>{"a: zyx", "b: ", "c: 本日"}));
     EXPECT_EQ(host.Row, 2);
     FakeHost empty;
-    EXPECT_EQ(RecordingScript(LoopSample, &empty).FailureClass, "");
+    EXPECT_EQ(RecordingScript(String(Scripting::LoopSample), &empty).FailureClass, "");
 }
 
 TEST(ScriptHostCalls, ChooseOverloadsAndReachNothingElse) {

@@ -45,6 +45,7 @@ class Checker {
     void DeclareProperty(PropertyDecl& property, Type* owner);
     void DeclareConstant(ConstDecl& decl, Type* owner);
     void DeclareEnum(TypeDecl& decl);
+    Variable& AddProperty(VariableDecl& decl, const Type* type, Symbol& symbol);
     void DeclareStructure(TypeDecl& decl);
     void CheckStructureBound(const Variable& field) const;
     void DeclareDelegate(TypeDecl& decl);

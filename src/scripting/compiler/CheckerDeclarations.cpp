@@ -237,6 +237,18 @@ void Checker::DeclareEnum(TypeDecl& decl) {
     }
 }
 
+Variable& Checker::AddProperty(VariableDecl& decl, const Type* type, Symbol& symbol) {
+    Variable& variable = mOut.Variables.emplace_back();
+    variable.Name = decl.Name;
+    variable.T = type;
+    variable.Line = decl.Line;
+    variable.Decl = &decl;
+    variable.Sym = &symbol;
+    variable.IsProperty = true;
+    symbol.Var = &variable;
+    return variable;
+}
+
 void Checker::DeclareStructure(TypeDecl& decl) {
     Type* type = decl.T;
     for (PropertyDecl& property : decl.Properties) {
@@ -249,16 +261,9 @@ void Checker::DeclareStructure(TypeDecl& decl) {
             Fail(Error::StructureFieldType, field.Line);
         if (fieldType->Is(Kind::Array) && !field.HasBounds) Fail(Error::StructureFieldType, field.Line);
         Symbol* symbol = Declare(type->Own, field.Name, Symbol::What::Variable, field.Line);
-        Variable& variable = mOut.Variables.emplace_back();
-        variable.Where = Variable::Storage::Field;
-        variable.Name = field.Name;
-        variable.T = fieldType;
-        variable.Line = field.Line;
-        variable.Decl = &field;
-        variable.Sym = symbol;
-        variable.IsProperty = true;
-        symbol->Var = &variable;
         symbol->Owner = type;
+        Variable& variable = AddProperty(field, fieldType, *symbol);
+        variable.Where = Variable::Storage::Field;
         type->Fields.push_back(&variable);
     }
 }
@@ -309,14 +314,8 @@ void Checker::DeclareProperty(PropertyDecl& property, Type* owner) {
         }
         return;
     }
-    Variable& variable = mOut.Variables.emplace_back();
-    variable.Name = plain.Name;
-    variable.T = type;
-    variable.Line = plain.Line;
-    variable.Decl = &plain;
-    variable.Sym = symbol;
-    variable.IsProperty = true;
-    symbol->Var = plain.Var = &variable;
+    Variable& variable = AddProperty(plain, type, *symbol);
+    plain.Var = &variable;
     if (plain.Init && type->Is(Kind::Array)) Fail(Error::ArrayDefault, plain.Line);
     if (plain.Init && type->IsReference() && !type->Is(Kind::String) && !type->Is(Kind::Variant))
         Fail(Error::ObjectDefault, plain.Line);

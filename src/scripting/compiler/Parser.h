@@ -117,6 +117,7 @@ class Parser {
     Expr* ReadPrimary();
     Expr* ReadNew();
     Expr* ReadCast();
+    Expr* ReadAddress();
     Expr* ReadRaiseEvent();
     void ReadArguments(Expr& call);
 

@@ -143,6 +143,23 @@ void Parser::ReadArguments(Expr& call) {
     CloseParenthesis();
 }
 
+// address = ( "AddressOf" | "WeakAddressOf" ) primary { "." name }
+Expr* Parser::ReadAddress() {
+    const Token& token = Now();
+    Take();
+    Expr* expr = NewExpr(ExprKind::AddressOf, token.Line);
+    expr->Weak = token.Kind == Tok::KWeakAddressOf;
+    expr->Left = ReadPrimary();
+    while (At(Tok::Dot)) {
+        Expr* member = NewExpr(ExprKind::Member, Line());
+        Take();
+        member->Left = expr->Left;
+        member->Name = MemberName();
+        expr->Left = Deeper(member);
+    }
+    return Deeper(expr);
+}
+
 // primary = literal | name | "(" expression ")" | new | address | cast | raise | "Self" | "Me" | "Super" |
 //           "Nil"
 Expr* Parser::ReadPrimary() {
@@ -195,20 +212,8 @@ Expr* Parser::ReadPrimary() {
             return expr;
         }
         case Tok::KAddressOf:
-        case Tok::KWeakAddressOf: {
-            Take();
-            Expr* expr = NewExpr(ExprKind::AddressOf, token.Line);
-            expr->Weak = token.Kind == Tok::KWeakAddressOf;
-            expr->Left = ReadPrimary();
-            while (At(Tok::Dot)) {
-                Expr* member = NewExpr(ExprKind::Member, Line());
-                Take();
-                member->Left = expr->Left;
-                member->Name = MemberName();
-                expr->Left = Deeper(member);
-            }
-            return Deeper(expr);
-        }
+        case Tok::KWeakAddressOf:
+            return ReadAddress();
         case Tok::LeftParen: {
             Take();
             Expr* expr = ReadExpr();
