@@ -154,8 +154,12 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     void ShowSelectedRow(int64_t row);
     void FlipScope(StringView caption);
     void AddMatches(const SharedText& identifier, const PlatformTable& entry, const Finder& term);
-    [[nodiscard]] bool IsShown(size_t place) const;
+    [[nodiscard]] bool IsShown(size_t place) const {
+        return place >= HistoryFilterShouldShow.size() || HistoryFilterShouldShow[place];
+    }
     void BringDirtyInStep();
+    void RebuildScriptsMenu();
+    std::optional<uint64_t> mScriptsShownIn;  ///< the operation that the Scripts menu was last rebuilt in
 
     enum class Imported { Done, Cancelled };
     Imported ImportFile(const FolderItem& f);

@@ -27,10 +27,6 @@ bool MainWindow::OnlyNonlocalized() const {
     return item && item->Checked;
 }
 
-bool MainWindow::IsShown(size_t place) const {
-    return place >= HistoryFilterShouldShow.size() || HistoryFilterShouldShow[place];
-}
-
 void MainWindow::FilterStrings() {
     const Busy busy = BusyIfLarge();
     const String term = Trim(SearchField.Text());
@@ -58,19 +54,13 @@ void MainWindow::FilterStrings() {
 void MainWindow::AddMatches(const SharedText& identifier, const PlatformTable& entry, const Finder& term) {
     const SearchScopes scopes{NameChecked, DefaultChecked, TranslatedChecked};
     if (MatchesName(identifier, term, scopes)) {
-        ListBox1.AddFolder(identifier);
-        ListBox1.SetTextTag(ListBox1.LastIndex(), identifier);
-        ListBox1.SetNumberTag(ListBox1.LastIndex(), PlatformAny);
+        ListBox1.AddFolder(identifier, PlatformAny, identifier);
         return;
     }
     for (int64_t index = 0; index < entry.Count(); ++index) {
         const PlatformTable::Item& item = entry.ItemAt(index);
         if (!MatchesValue(item.Value, term, scopes)) continue;
-        ListBox1.AddRow({});
-        const int64_t last = ListBox1.LastIndex();
-        ListBox1.SetTextTag(last, identifier);
-        ListBox1.SetNumberTag(last, item.Platform);
-        ListBox1.SetRowPicture(last, PlatformIcon(item.Platform, SystemTextColor()));
+        ListBox1.AddRow({}, item.Platform, identifier, PlatformIcon(item.Platform, SystemTextColor()));
     }
 }
 

@@ -12,8 +12,8 @@ namespace {
 /// The identifiers whose folders are open in the list as it stands.
 Dictionary<SharedText, bool> OpenFolders(const Listbox& list) {
     Dictionary<SharedText, bool> open;
-    for (int64_t row = 0; row < list.ListCount(); ++row)
-        if (list.Expanded(row)) open.FindOrAdd(list.TextTag(row), [&] { return list.TextTag(row); }) = true;
+    for (const int64_t row : list.ExpandedRows())
+        open.FindOrAdd(list.TextTag(row), [&] { return list.TextTag(row); }) = true;
     return open;
 }
 
@@ -27,9 +27,7 @@ void MainWindow::ShowAllStrings() {
     for (const auto& [identifier, entry] : StringSet->Entries) {
         if (!IsShown(place++)) continue;
         if (onlyNonlocalized && !IsUntranslated(entry)) continue;
-        ListBox1.AddFolder({});
-        ListBox1.SetTextTag(ListBox1.LastIndex(), identifier);
-        ListBox1.SetNumberTag(ListBox1.LastIndex(), PlatformAny);
+        ListBox1.AddFolder({}, PlatformAny, identifier);
         if (open.HasKey(identifier) && !mHiddenMeanwhile.HasKey(identifier))
             ListBox1.SetExpanded(ListBox1.LastIndex(), true);
     }
@@ -38,13 +36,8 @@ void MainWindow::ShowAllStrings() {
 
 void MainWindow::ListBox1_ExpandRow(int64_t row) {
     const SharedText identifier = ListBox1.TextTag(row);
-    for (const int64_t platform : {PlatformMacOS, PlatformWindows, PlatformLinux}) {
-        ListBox1.AddRow({});
-        const int64_t last = ListBox1.LastIndex();
-        ListBox1.SetTextTag(last, identifier);
-        ListBox1.SetNumberTag(last, platform);
-        ListBox1.SetRowPicture(last, PlatformIcon(platform, SystemTextColor()));
-    }
+    for (const int64_t platform : {PlatformMacOS, PlatformWindows, PlatformLinux})
+        ListBox1.AddRow({}, platform, identifier, PlatformIcon(platform, SystemTextColor()));
 }
 
 /// A string that has been translated leaves the reduced list here, not while typing. The list selects by row

@@ -24,7 +24,16 @@ void MainWindow::Event_EnableMenuItems() {
     EnableItem("EditRedo", undoManager->HasRedo());
     EnableItem("FileSave", IsDirty);
     EnableItem("ExportExportandRun", StringSet->EditedApplication != nullptr);
-    if (MenuItem* scripts = Item("ScriptsMenu")) Scripting::RebuildMenu(*scripts, App());
+    RebuildScriptsMenu();
+}
+
+/// Undo refreshes the menus once more in the operation that began with that. Nobody has seen them in between,
+/// so one look at the folder is enough.
+void MainWindow::RebuildScriptsMenu() {
+    const std::optional<uint64_t> operation = App().Operation();
+    if (operation && operation == mScriptsShownIn) return;
+    MenuItem* const scripts = Item("ScriptsMenu");
+    if (scripts && Scripting::RebuildMenu(*scripts, App())) mScriptsShownIn = operation;
 }
 
 bool MainWindow::_EditRedo_Action() {

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "platform/Date.h"
+#include "platform/Dictionary.h"
 
 namespace sorbel {
 
@@ -40,31 +41,39 @@ std::unique_ptr<icu::DateFormat> MakeLongFormat(const icu::Locale& locale) {
     return format;
 }
 
-/// Null if there is none. Making one takes longer than all else about a date, so the last one is kept, by
-/// each thread for itself.
-const icu::DateFormat* LongFormat() {
-    struct Kept {
-        icu::Locale For;
-        std::unique_ptr<icu::DateFormat> Format;
-    };
+/// What is kept of the locale asked for last, since forming a date takes long and making the format far
+/// longer: a document's versions are named anew after every change.
+struct Kept {
+    icu::Locale For;
+    std::unique_ptr<icu::DateFormat> Format;  // null if there is none
+    Dictionary<int64_t, String> Texts;        // of days since 1970
+};
+
+/// By each thread for itself.
+Kept& KeptForLocale() {
     thread_local Kept kept;
     const icu::Locale locale = Locale().empty() ? icu::Locale::getDefault() : icu::Locale(Locale().c_str());
-    if (!kept.Format || kept.For != locale) kept = {locale, MakeLongFormat(locale)};
-    return kept.Format.get();
+    if (!kept.Format || kept.For != locale) kept = {locale, MakeLongFormat(locale), {}};
+    return kept;
+}
+
+String Formatted(const icu::DateFormat& format, sys_days day) {
+    icu::UnicodeString text;
+    format.format(static_cast<UDate>(sys_time<milliseconds>(day).time_since_epoch().count()), text);
+    String result;
+    return text.toUTF8String(result);
 }
 
 }  // namespace
 
 String Date::LongDate() const {
-    const icu::DateFormat* const format = LongFormat();
-    if (!format) return SQLDateTime().substr(0, 10);  // ICU without its data
-    const year_month_day civil(year(mYear), month(static_cast<unsigned>(mMonth)),
-                               day(static_cast<unsigned>(mDay)));
-    const auto midnight = sys_days(civil).time_since_epoch();
-    icu::UnicodeString text;
-    format->format(static_cast<UDate>(duration_cast<milliseconds>(midnight).count()), text);
-    String result;
-    return text.toUTF8String(result);
+    Kept& kept = KeptForLocale();
+    if (!kept.Format) return SQLDateTime().substr(0, 10);  // ICU without its data
+    const sys_days midnight(
+        year_month_day(year(mYear), month(static_cast<unsigned>(mMonth)), day(static_cast<unsigned>(mDay))));
+    const int64_t days = midnight.time_since_epoch().count();
+    if (!kept.Texts.HasKey(days)) kept.Texts.Set(days, Formatted(*kept.Format, midnight));
+    return kept.Texts.At(days);
 }
 
 void Date::SetLocale(StringView locale) {

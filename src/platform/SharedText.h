@@ -22,7 +22,11 @@ class SharedText {
         if (mOwned) ++Count();
     }
     /// Leaves `other` empty.
-    SharedText(SharedText&& other) noexcept { Swap(other); }
+    SharedText(SharedText&& other) noexcept : mData(other.mData), mSize(other.mSize), mOwned(other.mOwned) {
+        other.mData = "";
+        other.mSize = 0;
+        other.mOwned = false;
+    }
     SharedText& operator=(SharedText other) noexcept {
         Swap(other);
         return *this;

@@ -1,5 +1,8 @@
 #include "scripting/Scripting.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "platform/FileContents.h"
 #include "platform/SpecialFolder.h"
 #include "platform/TextStreams.h"
@@ -19,6 +22,10 @@ std::shared_ptr<FolderItem> ChildFolder(const FolderItem& folder, StringView nam
     if (child) child->CreateAsFolder();
     return child;
 }
+
+constexpr StringView SamplesName = "Samples";
+constexpr StringView SampleName = "Sample.sorbel_script";
+constexpr StringView LoopSampleName = "Loop Sample.sorbel_script";
 
 /// Folders below `base`, made where they are missing; null if one cannot be named.
 std::shared_ptr<FolderItem> GetSubFolder(const FolderItem& base, const std::vector<String>& parts) {
@@ -40,13 +47,38 @@ void WriteSample(const FolderItem& folder, StringView name, StringView text) {
 
 void WriteSamples(const FolderItem& scripts) {
     try {
-        const std::shared_ptr<FolderItem> samples = ChildFolder(scripts, "Samples");
+        const std::shared_ptr<FolderItem> samples = ChildFolder(scripts, SamplesName);
         if (!samples) return;
-        WriteSample(*samples, "Sample.sorbel_script", Sample);
-        WriteSample(*samples, "Loop Sample.sorbel_script", LoopSample);
+        WriteSample(*samples, SampleName, Sample);
+        WriteSample(*samples, LoopSampleName, LoopSample);
     } catch (const IOException&) {
         return;  // the scripts work without their samples
     }
+}
+
+struct Listing {
+    String Folder;  // its path
+    std::vector<String> Names;
+};
+
+/// The scripts folder if it has its samples, as nearly always. That costs a listing and two questions, where
+/// making what is missing asks one for every step of the way. Links on the way stay in the path.
+std::optional<Listing> ListComplete() {
+    const std::shared_ptr<FolderItem> documents = SpecialFolder::Documents();
+    if (!documents) return std::nullopt;
+    const FolderItem scripts(documents->NativePath() + "/Kestrum/Sorbel/Scripts");
+    Listing listing{scripts.NativePath(), scripts.ItemNames()};
+    if (!std::ranges::binary_search(listing.Names, SamplesName)) return std::nullopt;
+    const String samples = listing.Folder + "/" + String(SamplesName) + "/";
+    for (const StringView name : {SampleName, LoopSampleName})
+        if (!FolderItem(samples + String(name)).Exists()) return std::nullopt;
+    return listing;
+}
+
+std::optional<Listing> MakeAndList() {
+    const std::shared_ptr<FolderItem> folder = ScriptsFolder();
+    if (!folder || !folder->Exists()) return std::nullopt;
+    return Listing{folder->NativePath(), folder->ItemNames()};
 }
 
 /// Keys for the first eighteen scripts. The second row of digits begins with 0.
@@ -73,11 +105,11 @@ void RemoveFrom(MenuItem& menu, size_t index) {
 
 /// Leaves just the items of the folder's scripts. Place and file make an item what it is, so those that the
 /// menu begins with already stay, and mostly that is all of them.
-void ShowScripts(MenuItem& menu, Application& app, const FolderItem& folder) {
+void ShowScripts(MenuItem& menu, Application& app, const Listing& scripts) {
     size_t shown = 0;
-    for (const String& name : folder.ItemNames()) {
+    for (const String& name : scripts.Names) {
         if (!IsScript(name)) continue;
-        const String path = folder.NativePath() + "/" + name;
+        const String path = scripts.Folder + "/" + name;
         if (shown == menu.Count() || !IsItemOf(menu.Item(shown), path)) {
             RemoveFrom(menu, shown);
             menu.Append(std::make_unique<ScriptMenuItem>(app, NthField(name, ".", 1), ShortcutOf(shown + 1),
@@ -111,11 +143,13 @@ void RunScript(Application& app, StringView source) {
     engine->Context = nullptr;
 }
 
-void RebuildMenu(MenuItem& scriptsMenu, Application& app) {
-    const std::shared_ptr<FolderItem> folder = ScriptsFolder();
-    if (folder && folder->Exists()) ShowScripts(scriptsMenu, app, *folder);
+bool RebuildMenu(MenuItem& scriptsMenu, Application& app) {
+    std::optional<Listing> scripts = ListComplete();
+    if (!scripts) scripts = MakeAndList();
+    if (scripts) ShowScripts(scriptsMenu, app, *scripts);
     if (scriptsMenu.Count() > 0) scriptsMenu.Append(std::make_unique<MenuItem>("", "-"));
     scriptsMenu.Append(std::make_unique<ScriptMenuItem>(app, "Show Scripts Folder", "", nullptr, true));
+    return scripts.has_value();
 }
 
 ScriptMenuItem::ScriptMenuItem(Application& app, String caption, StringView shortcut,

@@ -20,8 +20,9 @@ namespace Scripting {
 /// Runs a script's text to its end. Errors are told to the user.
 void RunScript(Application& app, StringView source);
 
-/// Brings the items of the Scripts menu in step with the folder as it stands.
-void RebuildMenu(MenuItem& scriptsMenu, Application& app);
+/// Brings the items of the Scripts menu in step with the folder as it stands. False: there is no such folder,
+/// and the menu has got the items behind the scripts once more.
+bool RebuildMenu(MenuItem& scriptsMenu, Application& app);
 
 /// A script, or with a null `tag` the item that shows the scripts folder.
 class ScriptMenuItem : public MenuItem {

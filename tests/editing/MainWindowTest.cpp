@@ -1,4 +1,5 @@
 #include "editing/WindowUnderTest.h"
+#include "platform/SpecialFolder.h"
 #include "shell/FileTypes1.h"
 
 namespace sorbel {
@@ -268,6 +269,34 @@ TEST_F(MainWindowTest, ShowsLongWorkAndItsEndAlsoWhenItFails) {
     EXPECT_TRUE(ended()) << "a version of many strings";
     Test.Choose("EditUndo");
     EXPECT_TRUE(ended()) << "undo in many strings";
+}
+
+TEST_F(MainWindowTest, ShowsTheScriptsAsTheyAreAtEachCommand) {
+    const TemporaryFolder documents;
+    const FolderItem scripts(documents / "Kestrum/Sorbel/Scripts");
+    MenuItem& menu = Test.App.MenuBar->Append(std::make_unique<MenuItem>("ScriptsMenu", "Scripts"));
+    const auto change = [&] {
+        Window.ListBox1.UserSelect(1);
+        Test.Time.Advance(1000);
+        Window.LocalizedValueField.UserSetText(Window.LocalizedValueField.Text() + "x");
+    };
+    SpecialFolder::SetDocuments(documents.Path());
+    change();
+    Test.Choose("EditUndo");
+    EXPECT_EQ(menu.Count(), 1u);
+    WriteContents(*scripts.Child("a.sorbel_script"), "");
+    Test.Choose("EditRedo");
+    EXPECT_EQ(menu.Count(), 3u);
+    Test.App.Perform([&] {
+        WriteContents(*scripts.Child("b.sorbel_script"), "");
+        Test.App.EnableMenuItems();
+        EXPECT_EQ(menu.Count(), 4u);
+    });
+    // Where no folder can be made, every refresh adds to the menu, and undo ends with a second one.
+    WriteContents(FolderItem(documents / "file"), "");
+    SpecialFolder::SetDocuments(documents / "file");
+    Test.Choose("EditUndo");
+    EXPECT_EQ(menu.Count(), 8u);
 }
 
 TEST_F(MainWindowTest, TruncatesTextToAWidth) {

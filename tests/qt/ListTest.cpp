@@ -142,8 +142,7 @@ TEST_F(List, KeptRowPicturesFollowTheAppearance) {
     icon.Tinted = true;
     icon.Tint = Backend.Theme(SystemColor::Text);
     icon.Fill(icon.Tint);
-    AddRows(1);
-    Model().SetRowPicture(0, std::make_shared<Picture>(icon));
+    Model().AddRow("row 0", 0, {}, std::make_shared<Picture>(icon));
     Open();
     const auto inPicture = [this] {
         return Rows().viewport()->grab().toImage().pixelColor(28, 9);

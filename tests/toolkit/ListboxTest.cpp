@@ -65,8 +65,7 @@ struct ListboxTest : testing::Test {
     }
     int64_t Below(int64_t bound) { return static_cast<int64_t>(Random() % static_cast<uint64_t>(bound)); }
     int64_t Add(bool folder) {
-        folder ? List.AddFolder("") : List.AddRow("");
-        List.SetNumberTag(List.LastIndex(), NextId);
+        folder ? List.AddFolder("", NextId) : List.AddRow("", NextId);
         return NextId++;
     }
     void AddTop(bool folder) { Expected.Rows.push_back({Add(folder), folder, false, false}); }
@@ -113,13 +112,16 @@ struct ListboxTest : testing::Test {
         ASSERT_EQ(List.ListCount(), std::ssize(Expected.Rows));
         ASSERT_EQ(List.ListIndex(), Expected.Index);
         ASSERT_EQ(Changes, Expected.Changes);
+        std::vector<int64_t> open;
         for (int64_t row = 0; row < List.ListCount(); ++row) {
             const Model::Row& expected = Expected.Rows[row];
             ASSERT_EQ(List.NumberTag(row), expected.Id);
             ASSERT_EQ(List.IsFolder(row), expected.Folder);
             ASSERT_EQ(List.Depth(row), expected.Child ? 1 : 0);
             ASSERT_EQ(List.Expanded(row), expected.Open);
+            if (expected.Open) open.push_back(row);
         }
+        ASSERT_EQ(List.ExpandedRows(), open);
     }
 };
 
@@ -174,15 +176,12 @@ TEST_F(ListboxTest, OpeningSurvivesWhatItsHandlerDoes) {
 TEST_F(ListboxTest, RowsHoldTextTagsAndPictures) {
     const auto icon = std::make_shared<const Picture>(1, 1, true);
     List.AddRow("first");
-    List.AddRow("");
-    List.SetTextTag(1, SharedText("identifier"));
-    List.SetRowPicture(1, icon);
+    List.AddRow("", 0, SharedText("identifier"), icon);
     List.SetCell(1, "second");
     EXPECT_EQ(List.Cell(0) + List.Cell(1) + List.Cell(2) + List.Cell(-1), "firstsecond");
     EXPECT_EQ(List.TextTag(1).View(), "identifier");
+    EXPECT_EQ(List.RowPicture(0), nullptr);
     EXPECT_EQ(List.RowPicture(1), icon);
-    List.SetRowPicture(1, nullptr);
-    EXPECT_EQ(List.RowPicture(1), nullptr);
     EXPECT_THROW((void)List.TextTag(-1), OutOfBoundsException);
     EXPECT_THROW(List.SetCell(2, ""), OutOfBoundsException);
 

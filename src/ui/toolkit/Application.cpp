@@ -88,6 +88,7 @@ bool Application::Quit() {
 void Application::Perform(const std::function<void()>& operation) {
     if (mDepth == 0) Release();
     ++mDepth;
+    ++mOperation;
     try {
         operation();
     } catch (const RuntimeException& failure) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "ui/toolkit/Backend.h"
@@ -57,6 +58,10 @@ class Application {
     /// Runs what came from outside. A failure in it ends here: it is shown, and the program goes on. That
     /// holds for every level: an inner one comes from the event loop of a dialog, which must not be unwound.
     void Perform(const std::function<void()>& operation);
+    /// Tells the operations that `Perform` has begun apart; nothing outside of them.
+    [[nodiscard]] std::optional<uint64_t> Operation() const {
+        return mDepth > 0 ? std::optional(mOperation) : std::nullopt;
+    }
     /// Class name of the failure that `Perform` caught last, and forgets it; empty if none.
     String TakeUnhandled();
 
@@ -85,6 +90,7 @@ class Application {
     std::vector<std::shared_ptr<Window>> mGone;     // closed, while their handlers may still run
     MenuHandlers mMenuHandlers;
     int mDepth = 0;            // of Perform
+    uint64_t mOperation = 0;   // the one begun last
     bool mRefreshing = false;  // EnableMenuItems is running
     bool mEnded = false;
     String mUnhandled;

@@ -52,35 +52,28 @@ int64_t Listbox::WithinRows(int64_t row) const {
 
 // --- Building ---
 
-namespace {
-
-std::unique_ptr<String> Stored(StringView text) {
-    return text.empty() ? nullptr : std::make_unique<String>(text);
+void Listbox::AddFolder(StringView text, int64_t numberTag, const SharedText& textTag) {
+    AddTop({numberTag, textTag, text, 0, true});
 }
 
-}  // namespace
-
-void Listbox::AddFolder(StringView text) {
-    AddTop(text, true);
-}
-
-void Listbox::AddRow(StringView text) {
+void Listbox::AddRow(StringView text, int64_t numberTag, const SharedText& textTag,
+                     std::shared_ptr<const Picture> picture) {
+    const NewRow row{numberTag, textTag, text, NumberOf(std::move(picture)), false};
     if (!mExpanding.empty() && mExpanding.back() >= 0)
-        AddChild(mOpened[OpenedAt(mExpanding.back())], text);
+        AddChild(mOpened[OpenedAt(mExpanding.back())], row);
     else
-        AddTop(text, false);
+        AddTop(row);
 }
 
-void Listbox::AddTop(StringView text, bool folder) {
-    Row& row = mTop.emplace_back();
-    row.Text = Stored(text);
-    row.Folder = folder;
+void Listbox::AddTop(const NewRow& row) {
+    static_assert(sizeof(Row) <= 40, "there are millions of rows");
+    mTop.emplace_back(row);
     mLastIndex = ListCount() - 1;
     Changed(Aspect::Rows);
 }
 
-void Listbox::AddChild(Opened& folder, StringView text) {
-    folder.Children.emplace_back().Text = Stored(text);
+void Listbox::AddChild(Opened& folder, const NewRow& row) {
+    folder.Children.emplace_back(row);
     mLastIndex = folder.Top + folder.ChildrenBefore + static_cast<int64_t>(folder.Children.size());
     if (mListIndex >= mLastIndex) ++mListIndex;
     MoveChildrenBelow(OpenedAt(folder.Top) + 1, 1);
@@ -111,6 +104,14 @@ void Listbox::DeleteAllRows() {
 
 bool Listbox::Expanded(int64_t row) const {
     return IsOpen(Find(row));
+}
+
+std::vector<int64_t> Listbox::ExpandedRows() const {
+    std::vector<int64_t> rows;
+    rows.reserve(mOpened.size());
+    for (const Opened& folder : mOpened)
+        rows.push_back(folder.Top + folder.ChildrenBefore);
+    return rows;
 }
 
 void Listbox::SetExpanded(int64_t row, bool expanded) {

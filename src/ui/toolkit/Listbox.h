@@ -21,9 +21,10 @@ class Listbox : public Control {
 
     // --- Building. Each acts at once. ---
     /// Appends a closed folder.
-    void AddFolder(StringView text);
+    void AddFolder(StringView text, int64_t numberTag = 0, const SharedText& textTag = {});
     /// Appends a row; inside `ExpandRow`, a child of the folder that opens.
-    void AddRow(StringView text);
+    void AddRow(StringView text, int64_t numberTag = 0, const SharedText& textTag = {},
+                std::shared_ptr<const Picture> picture = nullptr);
     /// The row added last, -1 if there is none.
     [[nodiscard]] int64_t LastIndex() const { return mLastIndex; }
     /// The selection becomes -1; raises `Change` if a row was selected.
@@ -36,17 +37,16 @@ class Listbox : public Control {
     [[nodiscard]] String Cell(int64_t row) const;
     /// Stores a row's text. Inside a paint this asks for no new paint.
     void SetCell(int64_t row, StringView text);
-    /// The tag of the visible column: a number.
+    /// The tag of the visible column, for the owner's use.
     [[nodiscard]] int64_t NumberTag(int64_t row) const;
-    void SetNumberTag(int64_t row, int64_t tag);
-    /// The tag of a second, invisible column: a text.
+    /// The tag of a second, invisible column.
     [[nodiscard]] const SharedText& TextTag(int64_t row) const;
-    void SetTextTag(int64_t row, SharedText tag);
     [[nodiscard]] std::shared_ptr<const Picture> RowPicture(int64_t row) const;
-    void SetRowPicture(int64_t row, std::shared_ptr<const Picture> picture);
     [[nodiscard]] bool IsFolder(int64_t row) const;
     [[nodiscard]] int Depth(int64_t row) const;  ///< 0, or 1 for a child
     [[nodiscard]] bool Expanded(int64_t row) const;
+    /// The rows of the open folders, from the top; takes time by their number.
+    [[nodiscard]] std::vector<int64_t> ExpandedRows() const;
     /// Opening a closed folder raises `ExpandRow` inside the call; closing removes its children. The
     /// selection stays on its row under its new number; closing over a selected child selects the folder and
     /// raises `Change`.
@@ -84,12 +84,26 @@ class Listbox : public Control {
     bool PaintCell(Graphics& g, int64_t row, int x, int y);
 
   private:
+    struct NewRow {
+        int64_t NumberTag;
+        const SharedText& TextTag;
+        StringView Text;
+        uint32_t Picture;
+        bool Folder;
+    };
     struct Row {
+        explicit Row(const NewRow& row)
+            : TextTag(row.TextTag),
+              NumberTag(row.NumberTag),
+              Text(row.Text.empty() ? nullptr : std::make_unique<String>(row.Text)),
+              Picture(row.Picture),
+              Folder(row.Folder) {}
+
         SharedText TextTag;
-        int64_t NumberTag = 0;
+        int64_t NumberTag;
         std::unique_ptr<String> Text;  // null for the empty text
-        uint32_t Picture = 0;          // 1 + index into mPictures; 0 is none
-        bool Folder = false;
+        uint32_t Picture;              // 1 + index into mPictures; 0 is none
+        bool Folder;
     };
     /// An open folder: the place of its row among the top-level rows, and its children.
     struct Opened {
@@ -110,8 +124,9 @@ class Listbox : public Control {
     [[nodiscard]] bool IsOpen(const Place& place) const;
     [[nodiscard]] int64_t WithinRows(int64_t row) const;
     [[nodiscard]] size_t OpenedAt(int64_t top) const;
-    void AddTop(StringView text, bool folder);
-    void AddChild(Opened& folder, StringView text);
+    void AddTop(const NewRow& row);
+    void AddChild(Opened& folder, const NewRow& row);
+    uint32_t NumberOf(std::shared_ptr<const Picture> picture);
     void Open(int64_t row, const Place& place);
     void Close(int64_t row, const Place& place);
     void MoveChildrenBelow(size_t open, int64_t count);

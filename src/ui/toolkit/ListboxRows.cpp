@@ -26,16 +26,8 @@ int64_t Listbox::NumberTag(int64_t row) const {
     return RowAt(row).NumberTag;
 }
 
-void Listbox::SetNumberTag(int64_t row, int64_t tag) {
-    RowAt(row).NumberTag = tag;
-}
-
 const SharedText& Listbox::TextTag(int64_t row) const {
     return RowAt(row).TextTag;
-}
-
-void Listbox::SetTextTag(int64_t row, SharedText tag) {
-    RowAt(row).TextTag = std::move(tag);
 }
 
 std::shared_ptr<const Picture> Listbox::RowPicture(int64_t row) const {
@@ -43,17 +35,13 @@ std::shared_ptr<const Picture> Listbox::RowPicture(int64_t row) const {
     return number ? mPictures[number - 1] : nullptr;
 }
 
-void Listbox::SetRowPicture(int64_t row, std::shared_ptr<const Picture> picture) {
-    static_assert(sizeof(Row) <= 40, "there are millions of rows");
-    uint32_t& number = RowAt(row).Picture;
-    number = 0;
-    if (picture) {
-        const auto next = static_cast<uint32_t>(mPictures.size() + 1);
-        const auto [known, isNew] = mPictureNumbers.try_emplace(picture.get(), next);
-        number = known->second;
-        if (isNew) mPictures.push_back(std::move(picture));
-    }
-    Changed(Aspect::Cells);
+/// How rows refer to a picture; 0 for none.
+uint32_t Listbox::NumberOf(std::shared_ptr<const Picture> picture) {
+    if (!picture) return 0;
+    const auto next = static_cast<uint32_t>(mPictures.size() + 1);
+    const auto [known, isNew] = mPictureNumbers.try_emplace(picture.get(), next);
+    if (isNew) mPictures.push_back(std::move(picture));
+    return known->second;
 }
 
 bool Listbox::IsFolder(int64_t row) const {
