@@ -27,21 +27,21 @@ long ResidentBytes() {
     return resident * 4096;
 }
 
-const std::map<String, String (*)(LocalizedStringSet&)> Writers = {
+const std::map<String, String (*)(const LocalizedStringSet&)> Writers = {
     {"locale",
-     [](LocalizedStringSet& set) {
+     [](const LocalizedStringSet& set) {
          return set.ToBytes();
      }},
     {"mo",
-     [](LocalizedStringSet& set) {
+     [](const LocalizedStringSet& set) {
          return ToMoFile(set);
      }},
     {"tab",
-     [](LocalizedStringSet& set) {
+     [](const LocalizedStringSet& set) {
          return ToDelimitedText(set);
      }},
     {"strings",
-     [](LocalizedStringSet& set) {
+     [](const LocalizedStringSet& set) {
          return ToStringFile(set);
      }},
 };

@@ -45,12 +45,6 @@ void LocaleReader::ReserveEntries(LocalizedStringSet& set, StringView bytes) {
     // Entries without an identifier all have the same one, so these many bytes may name a string each.
     const size_t named = std::min(count, bytes.size() / (ChunkHeaderSize + ValueHeaderSize + 1) + 1);
     set.Entries.Reserve(static_cast<size_t>(set.Entries.Count()) + named);
-    const size_t rows = set.Identifiers.size() + count;
-    set.Identifiers.reserve(rows);
-    set.OriginalValues.reserve(rows);
-    set.LocalizedValues.reserve(rows);
-    set.HasChanged.reserve(rows);
-    set.Platforms.reserve(rows);
 }
 
 }  // namespace sorbel

@@ -28,7 +28,7 @@ void LocaleReader::Enter(LocalizedStringSet& set, std::shared_ptr<LocalizedStrin
                          StringView bytes) {
     ReserveEntries(set, bytes);
     set.mIsValid = true;
-    mFrames.push({set, std::move(element), BinaryStream(bytes), set.Identifiers.size()});
+    mFrames.push({set, std::move(element), BinaryStream(bytes)});
     mFrames.top().Stream.SetPosition(LenB(Magic));
 }
 
@@ -105,27 +105,25 @@ void LocaleReader::ReadEntry(Frame& frame, int64_t length) {
     const int64_t end = s.Position() + length;
     if (length < 0 || end > s.Length()) throw OutOfBoundsException("An entry does not lie within its file.");
 
-    SharedText identifier, original, localized;
-    int64_t platform = 0;
-    bool changed = false;
+    Waiting entry;
     while (s.Position() < end) {
         const int32_t tag = s.ReadInt32();
         const int32_t fieldLength = s.ReadInt32();
         switch (tag) {
             case IdentifierTag:
-                identifier = ReadSimpleValue(frame).AsText();
+                entry.Identifier = ReadSimpleValue(frame).AsText();
                 break;
             case OriginalTag:
-                original = ReadSimpleValue(frame).AsText();
+                entry.Original = ReadSimpleValue(frame).AsText();
                 break;
             case LocalizedTag:
-                localized = ReadSimpleValue(frame).AsText();
+                entry.Localized = ReadSimpleValue(frame).AsText();
                 break;
             case PlatformTag:
-                platform = ReadSimpleValue(frame).AsInteger();
+                entry.Platform = ReadSimpleValue(frame).AsInteger();
                 break;
             case ChangedTag:
-                changed = ReadSimpleValue(frame).AsBoolean();
+                ReadSimpleValue(frame);  // that a translator has to look at it: nothing here asks
                 break;
             default:
                 frame.Set.mIsValid = false;
@@ -133,25 +131,24 @@ void LocaleReader::ReadEntry(Frame& frame, int64_t length) {
         }
     }
     SpendOverrun(s.Position() - end);
-    changed = changed || localized.Empty();
-    frame.Set.AppendStaging(std::move(identifier), std::move(original), std::move(localized), changed,
-                            platform);
-    AwaitStoring(frame);
+    AwaitStoring(frame, std::move(entry));
     s.SetPosition(end);
 }
 
-// The last row of the staging lists is to be stored when the place for it has come from the memory.
-void LocaleReader::AwaitStoring(Frame& frame) {
-    const size_t row = frame.Set.Identifiers.size() - 1;
-    StoreWaiting(frame, MostWaiting);
-    const uint32_t hash = FoldedHash(frame.Set.Identifiers[row]);
-    frame.Hashes[row % MostWaiting] = hash;
-    frame.Set.Entries.Prefetch(hash);
+// An entry is to be stored when the place for it has come from the memory.
+void LocaleReader::AwaitStoring(Frame& frame, Waiting entry) {
+    StoreWaiting(frame, MostWaiting - 1);
+    entry.Hash = FoldedHash(entry.Identifier);
+    frame.Set.Entries.Prefetch(entry.Hash);
+    mWaiting[mAwaited++ % MostWaiting] = std::move(entry);
 }
 
 void LocaleReader::StoreWaiting(Frame& frame, size_t mostLeft) {
-    for (; frame.Set.Identifiers.size() - frame.Stored > mostLeft; ++frame.Stored)
-        frame.Set.StoreRow(frame.Stored, frame.Hashes[frame.Stored % MostWaiting]);
+    for (; mAwaited - mStored > mostLeft; ++mStored) {
+        const Waiting& entry = mWaiting[mStored % MostWaiting];
+        frame.Set.Entries.FindOrAdd(entry.Identifier, entry.Hash, [&] { return entry.Identifier; })
+            .Set(entry.Platform, {.Localized = entry.Localized, .Original = entry.Original});
+    }
 }
 
 // Bytes behind an entry's end are read again as the next chunks. Were that free, a small file could make

@@ -22,16 +22,17 @@ class LocaleReader {
     bool ReadData();
 
   private:
-    // By so many entries the storing lags behind, while the memory that it needs is fetched.
-    static constexpr size_t MostWaiting = 8;
-
     // A file that is being read: the outermost one, or an earlier version inside the one below it.
     struct Frame {
         LocalizedStringSet& Set;
         std::shared_ptr<LocalizedStringSet> Element;  // holds the set of an earlier version
         BinaryStream Stream;
-        size_t Stored;  // rows of the staging lists that are in `Entries`; the others wait
-        std::array<uint32_t, MostWaiting> Hashes{};  // of those rows, each at row % MostWaiting
+    };
+    // An entry that has been read and is to be stored.
+    struct Waiting {
+        SharedText Identifier, Original, Localized;
+        int64_t Platform = PlatformAny;
+        uint32_t Hash = 0;  // of the identifier
     };
 
     void Enter(LocalizedStringSet& set, std::shared_ptr<LocalizedStringSet> element, StringView bytes);
@@ -42,8 +43,8 @@ class LocaleReader {
     void ReadEntry(Frame& frame, int64_t length);
     void SpendOverrun(int64_t bytes);
 
-    static void AwaitStoring(Frame& frame);
-    static void StoreWaiting(Frame& frame, size_t mostLeft);
+    void AwaitStoring(Frame& frame, Waiting entry);
+    void StoreWaiting(Frame& frame, size_t mostLeft);
 
     static SimpleValue ReadSimpleValue(Frame& frame);
     static void ReadDate(LocalizedStringSet& set, StringView text);
@@ -54,7 +55,12 @@ class LocaleReader {
     LocalizedStringSet& mSet;
     std::shared_ptr<const ByteBuffer> mFile;
     int64_t mOverrunLeft;
-    std::stack<Frame> mFrames;  // instead of the call stack, which 24 bytes a level would overflow
+    // Storing lags behind by so many entries, while the memory that it needs is fetched. They are of the
+    // innermost frame, each at its number % MostWaiting.
+    static constexpr size_t MostWaiting = 8;
+    std::array<Waiting, MostWaiting> mWaiting;
+    size_t mAwaited = 0, mStored = 0;  // numbers of entries
+    std::stack<Frame> mFrames;         // instead of the call stack, which 24 bytes a level would overflow
 };
 
 }  // namespace sorbel

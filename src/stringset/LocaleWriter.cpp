@@ -73,7 +73,7 @@ int64_t WriteTaggedData(String& out, int32_t tag, StringView value) {
     return WriteChunk(out, tag, DataType, value);
 }
 
-String LocaleWriter::WriteData(LocalizedStringSet& set) {
+String LocaleWriter::WriteData(const LocalizedStringSet& set) {
     mOut.reserve(SizeOf(set));
     Enter(set);
     while (!mFrames.empty()) {
@@ -87,12 +87,11 @@ String LocaleWriter::WriteData(LocalizedStringSet& set) {
 }
 
 // An earlier version is a whole file in a chunk of data, which is built in place.
-void LocaleWriter::Enter(LocalizedStringSet& set) {
+void LocaleWriter::Enter(const LocalizedStringSet& set) {
     const size_t chunk = mOut.size();
     if (!mFrames.empty()) WriteTaggedData(mOut, HistoryTag, "");
     mFrames.push_back({set, chunk});
     WriteHead(set);
-    RebuildStaging(set);
     WriteEntries(set);
 }
 
@@ -117,32 +116,20 @@ void LocaleWriter::WriteHead(const LocalizedStringSet& set) {
         WriteTaggedData(mOut, ApplicationTag, *set.mForeignApplication);
 }
 
-void LocaleWriter::RebuildStaging(LocalizedStringSet& set) {
-    set.Identifiers.clear();
-    set.OriginalValues.clear();
-    set.LocalizedValues.clear();
-    set.HasChanged.clear();
-    set.Platforms.clear();
+void LocaleWriter::WriteEntries(const LocalizedStringSet& set) {
     for (const auto& [identifier, platforms] : set.Entries)
-        for (int64_t i = 0; i < platforms.Count(); ++i) {
-            const PlatformTable::Item& item = platforms.ItemAt(i);
-            set.Identifiers.push_back(identifier);
-            set.Platforms.push_back(item.Platform);
-            set.LocalizedValues.push_back(item.Value.Localized);
-            set.OriginalValues.push_back(item.Value.Original);
-        }
+        for (int64_t i = 0; i < platforms.Count(); ++i)
+            WriteEntry(identifier, platforms.ItemAt(i));
 }
 
-void LocaleWriter::WriteEntries(const LocalizedStringSet& set) {
-    for (size_t i = 0; i < set.LocalizedValues.size(); ++i) {
-        const size_t chunk = mOut.size();
-        WriteChunkHeader(mOut, EntryTag);
-        int64_t length = WriteTaggedString(mOut, IdentifierTag, set.Identifiers[i]);
-        length += WriteTaggedString(mOut, OriginalTag, set.OriginalValues[i]);
-        length += WriteTaggedString(mOut, LocalizedTag, set.LocalizedValues[i]);
-        length += WriteTaggedInteger(mOut, PlatformTag, set.Platforms[i]);
-        PutInt32(mOut.data() + chunk + 4, length);
-    }
+void LocaleWriter::WriteEntry(StringView identifier, const PlatformTable::Item& item) {
+    const size_t chunk = mOut.size();
+    WriteChunkHeader(mOut, EntryTag);
+    int64_t length = WriteTaggedString(mOut, IdentifierTag, identifier);
+    length += WriteTaggedString(mOut, OriginalTag, item.Value.Original);
+    length += WriteTaggedString(mOut, LocalizedTag, item.Value.Localized);
+    length += WriteTaggedInteger(mOut, PlatformTag, item.Platform);
+    PutInt32(mOut.data() + chunk + 4, length);
 }
 
 }  // namespace sorbel

@@ -17,22 +17,22 @@ int64_t WriteTaggedData(String& out, int32_t tag, StringView value);
 /// Writes a set and the earlier versions nested in it as a locale file. Internal to this folder.
 class LocaleWriter {
   public:
-    /// The bytes of the file. The staging lists of all sets are rebuilt from their entries.
-    [[nodiscard]] String WriteData(LocalizedStringSet& set);
+    /// The bytes of the file.
+    [[nodiscard]] String WriteData(const LocalizedStringSet& set);
 
   private:
     // A set that is being written: the outermost one, or an earlier version inside the one below it.
     struct Frame {
-        LocalizedStringSet& Set;
+        const LocalizedStringSet& Set;
         size_t Chunk;  // where the chunk that holds the version begins
         size_t NextVersion = 0;
     };
 
-    void Enter(LocalizedStringSet& set);
+    void Enter(const LocalizedStringSet& set);
     void Leave();
     void WriteHead(const LocalizedStringSet& set);
     void WriteEntries(const LocalizedStringSet& set);
-    static void RebuildStaging(LocalizedStringSet& set);
+    void WriteEntry(StringView identifier, const PlatformTable::Item& item);
 
     String mOut;
     std::vector<Frame> mFrames;  // instead of the call stack, since versions may be nested deep

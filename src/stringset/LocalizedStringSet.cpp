@@ -53,7 +53,7 @@ bool LocalizedStringSet::ReadBytes(const std::shared_ptr<const ByteBuffer>& file
     return LocaleReader(*this, file).ReadData();
 }
 
-void LocalizedStringSet::WriteFile(const FolderItem& f) {
+void LocalizedStringSet::WriteFile(const FolderItem& f) const {
     try {
         WriteContents(f, ToBytes());
     } catch (const IOException&) {  // a document that could not be saved is not reported
@@ -61,17 +61,8 @@ void LocalizedStringSet::WriteFile(const FolderItem& f) {
     }
 }
 
-String LocalizedStringSet::ToBytes() {
+String LocalizedStringSet::ToBytes() const {
     return LocaleWriter().WriteData(*this);
-}
-
-void LocalizedStringSet::AppendStaging(SharedText identifier, SharedText original, SharedText localized,
-                                       bool changed, int64_t platform) {
-    Identifiers.push_back(std::move(identifier));
-    OriginalValues.push_back(std::move(original));
-    LocalizedValues.push_back(std::move(localized));
-    HasChanged.push_back(changed);
-    Platforms.push_back(platform);
 }
 
 void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifier,
@@ -80,12 +71,6 @@ void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifi
         return identifier;
     };
     Entries.FindOrAdd(identifier, key, place).Set(platform, {.Localized = localized, .Original = original});
-}
-
-void LocalizedStringSet::StoreRow(size_t row, uint32_t hash) {
-    const SharedText& identifier = Identifiers[row];
-    Entries.FindOrAdd(identifier, hash, [&] { return identifier; })
-        .Set(Platforms[row], {.Localized = LocalizedValues[row], .Original = OriginalValues[row]});
 }
 
 void LocalizedStringSet::KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer) {

@@ -29,16 +29,11 @@ class LocalizedStringSet {
     // Declared in alphabetical order, as everywhere where fields are listed.
     std::optional<Date> DateGenerated{Date()};      ///< label of a version
     std::shared_ptr<FolderItem> EditedApplication;  ///< the application last exported into, or null
-    EntryDictionary Entries;       ///< identifier to platform to values; the one source of truth
-    int64_t FileVersion = 0;       ///< as read; never acted on, written as 0
-    std::vector<bool> HasChanged;  ///< staging
+    EntryDictionary Entries;  ///< identifier to platform to values; the one source of truth
+    int64_t FileVersion = 0;  ///< as read; never acted on, written as 0
     std::vector<std::shared_ptr<LocalizedStringSet>> History;
-    std::vector<SharedText> Identifiers;      ///< staging
-    String Language;                          ///< language code
-    std::vector<SharedText> LocalizedValues;  ///< staging
-    std::vector<SharedText> OriginalValues;   ///< staging
-    std::vector<int64_t> Platforms;           ///< staging
-    String NorvaneVersion;                    ///< carried along
+    String Language;        ///< language code
+    String NorvaneVersion;  ///< carried along
 
     /// Puts one entry into `Entries`, replacing the values that the identifier has for that platform.
     void AddEntry(int64_t platform, StringView identifier, StringView originalValue,
@@ -52,7 +47,7 @@ class LocalizedStringSet {
     /// The bytes of the files that it was read from. Most texts lie in them, one after the other.
     [[nodiscard]] std::vector<StringView> FileBytes() const;
 
-    /// A snapshot of the strings and their labels: no history, no staging lists.
+    /// A snapshot of the strings and their labels, without the history.
     [[nodiscard]] std::shared_ptr<LocalizedStringSet> Clone() const;
 
     /// Adds the contents of a file to this set. False: not a valid locale file; what could be read is in the
@@ -69,20 +64,16 @@ class LocalizedStringSet {
     bool ReadBytes(const std::shared_ptr<const ByteBuffer>& file);
 
     /// Overwrites the file with this set in the locale file format. A failure to write is not reported.
-    void WriteFile(const FolderItem& f);
+    void WriteFile(const FolderItem& f) const;
 
-    /// The bytes that `WriteFile` writes. Rebuilds the staging lists.
-    [[nodiscard]] String ToBytes();
+    /// The bytes that `WriteFile` writes.
+    [[nodiscard]] String ToBytes() const;
 
   private:
     friend class LocaleReader;
     friend class LocaleWriter;
 
     bool ReadTextData(TextInputStream& s);
-    void AppendStaging(SharedText identifier, SharedText original, SharedText localized, bool changed,
-                       int64_t platform);
-    /// Puts a row of the staging lists into `Entries`; the hash is that of its identifier.
-    void StoreRow(size_t row, uint32_t hash);
     void KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer);
     void ReleaseHistory();
 

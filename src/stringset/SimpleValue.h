@@ -11,7 +11,7 @@ namespace sorbel {
 /// as each. Internal to this folder.
 class SimpleValue {
   public:
-    SimpleValue() = default;  ///< of an unknown type: empty text, 0, false
+    SimpleValue() = default;  ///< of an unknown type: empty text, 0
     explicit SimpleValue(int32_t integer) : mInteger(integer), mIsInteger(true) {}
     explicit SimpleValue(StringView text) : mText(text) {}
 
@@ -22,7 +22,6 @@ class SimpleValue {
     /// The number that a text begins with, else 0; held within 32 bits, so that a save writes the same
     /// number.
     [[nodiscard]] int64_t AsInteger() const { return mIsInteger ? mInteger : LeadingNumber(mText); }
-    [[nodiscard]] bool AsBoolean() const { return AsInteger() != 0; }
 
   private:
     static int64_t LeadingNumber(StringView text);

@@ -35,9 +35,7 @@ int64_t PlatformCode(StringView text) {
 bool LocalizedStringSet::ReadTextData(TextInputStream& s) {
     while (!s.EndOfFile()) {
         const Row row = SplitRow(s.ReadLine());
-        const int64_t platform = PlatformCode(row[1]);
-        AppendStaging(SharedText(row[0]), SharedText(row[2]), SharedText(row[3]), false, platform);
-        StoreRow(Identifiers.size() - 1, FoldedHash(row[0]));
+        AddEntry(PlatformCode(row[1]), row[0], row[2], row[3]);
     }
     return false;
 }
