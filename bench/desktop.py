@@ -89,10 +89,14 @@ class Program:
             return next(int(line.split()[1]) for line in file if line.startswith("VmRSS")) / 1024
 
     def window(self):
-        found = self.screen.tool("search", "--onlyvisible", "--pid", str(self.pid)).split()
-        if not found:
-            raise RuntimeError("%s shows no window" % self.name)
-        return found[-1]
+        """Waits for a window. A program that waits for the disk seems to rest before it has one."""
+        end = time.monotonic() + PATIENCE
+        while time.monotonic() < end:
+            self.cpu()
+            if found := self.screen.tool("search", "--onlyvisible", "--pid", str(self.pid or 0)).split():
+                return found[-1]
+            time.sleep(0.02)
+        raise RuntimeError("%s shows no window" % self.name)
 
     def close(self):
         os.killpg(self.child.pid, 15)  # the session that was started for it, and nothing else
@@ -103,9 +107,8 @@ def start(screen, command):
     """(CPU seconds until the window is filled and rests, resident MiB then)."""
     program = Program(screen, command)
     try:
-        cpu = program.rest()
         program.window()
-        return cpu, program.memory()
+        return program.rest(), program.memory()
     finally:
         program.close()
 
@@ -115,6 +118,7 @@ def search(screen, command, place, term):
     already. The first key is not counted, since a program may prepare itself then."""
     program = Program(screen, command)
     try:
+        program.window()
         program.rest()
         window = program.window()
         screen.tool("windowfocus", "--sync", window)

@@ -47,8 +47,11 @@ class Sorter {
             });
             return;
         }
-        for (Headed& one : part)
-            one.Head = HeadAt(mTexts[one.Place], depth);
+        constexpr size_t ahead = 8;
+        for (size_t i = 0; i < part.size(); ++i) {
+            if (i + ahead < part.size()) __builtin_prefetch(mTexts[part[i + ahead].Place].data() + depth);
+            part[i].Head = HeadAt(mTexts[part[i].Place], depth);
+        }
         SortHeads(part, 56, depth);
     }
 
