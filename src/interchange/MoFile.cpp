@@ -1,5 +1,6 @@
 #include "interchange/MoFile.h"
 
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -47,8 +48,7 @@ void WriteTexts(BinaryStream& s, String& file, const std::vector<StringView>& te
         if (i + ahead < order.size()) __builtin_prefetch(texts[order[i + ahead]].data());
         const size_t start = file.size();
         append(texts[order[i]]);
-        s.WriteInt32(static_cast<int32_t>(file.size() - start));
-        s.WriteInt32(static_cast<int32_t>(start));
+        s.WriteInt32s(std::array{static_cast<int32_t>(file.size() - start), static_cast<int32_t>(start)});
         file += '\0';
     }
 }
@@ -64,8 +64,7 @@ String ToMoFile(const LocalizedStringSet& set) {
     file.reserve(HeaderSize + all.Size);
     BinaryStream s(block);
     s.LittleEndian = true;
-    for (const int32_t value : {Magic, 0, count, HeaderSize, HeaderSize + 8 * count, 0, 0})
-        s.WriteInt32(value);
+    s.WriteInt32s(std::array{Magic, 0, count, HeaderSize, HeaderSize + 8 * count, 0, 0});
     file.resize(HeaderSize + 16 * order.size());
     WriteTexts(s, file, all.Identifiers, order, [&](StringView text) { file += text; });
     WriteTexts(s, file, all.Values, order, [&](StringView text) { ReplaceLineEndings(text, "\r\n", file); });

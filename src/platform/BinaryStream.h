@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -44,10 +45,16 @@ class BinaryStream {
         mPosition += bytes.size();
         return bytes;
     }
-    int32_t ReadInt32() {
-        uint32_t value = 0;
-        std::memcpy(&value, Read(4).data(), 4);
-        return static_cast<int32_t>(InOrder(value));
+    int32_t ReadInt32() { return ReadInt32s<1>()[0]; }
+    /// Several numbers, all or none.
+    template <size_t Count>
+    std::array<int32_t, Count> ReadInt32s() {
+        std::array<uint32_t, Count> read;
+        std::memcpy(read.data(), Read(sizeof read).data(), sizeof read);
+        std::array<int32_t, Count> values;
+        for (size_t i = 0; i < Count; ++i)
+            values[i] = static_cast<int32_t>(InOrder(read[i]));
+        return values;
     }
 
     void Write(StringView bytes) {
@@ -57,9 +64,13 @@ class BinaryStream {
             Grow(bytes);
         mPosition += bytes.size();
     }
-    void WriteInt32(int32_t value) {
-        const uint32_t ordered = InOrder(static_cast<uint32_t>(value));
-        Write({reinterpret_cast<const char*>(&ordered), 4});
+    void WriteInt32(int32_t value) { WriteInt32s(std::array{value}); }
+    template <size_t Count>
+    void WriteInt32s(const std::array<int32_t, Count>& values) {
+        std::array<uint32_t, Count> ordered;
+        for (size_t i = 0; i < Count; ++i)
+            ordered[i] = InOrder(static_cast<uint32_t>(values[i]));
+        Write({reinterpret_cast<const char*>(ordered.data()), sizeof ordered});
     }
     void WriteUInt8(uint8_t value) { Write({reinterpret_cast<const char*>(&value), 1}); }
 

@@ -49,8 +49,10 @@ class Dictionary {
     using View = typename Traits::View;
 
     struct Item {
+        explicit Item(Key key) : First(std::move(key)) {}
+
         Key First;
-        Value Second;
+        Value Second{};
     };
 
     [[nodiscard]] int64_t Count() const { return static_cast<int64_t>(mItems.size()); }
@@ -177,7 +179,7 @@ template <typename MakeKey>
 Value& Dictionary<Key, Value>::FindOrAdd(View key, uint32_t hash, MakeKey makeKey) {
     const uint32_t found = Locate(key, hash);
     if (found != Free) return mItems[found].Second;
-    mItems.push_back({makeKey(), Value()});
+    mItems.emplace_back(makeKey());
     if (mItems.size() * 3 > mSlots.size() * 2) Rebuild(mSlots.empty() ? 8 : mSlots.size() * 2);
     Link(hash, static_cast<uint32_t>(mItems.size() - 1));
     return mItems.back().Second;

@@ -7,15 +7,6 @@
 
 namespace sorbel {
 
-namespace {
-
-uint32_t CheckedSize(std::string_view text) {
-    if (text.size() > size_t{1} << 31) throw OutOfBoundsException("The text is too long.");
-    return static_cast<uint32_t>(text.size());
-}
-
-}  // namespace
-
 SharedText::SharedText(std::string_view text) {
     const uint32_t size = CheckedSize(text);
     if (size == 0) return;
@@ -28,11 +19,8 @@ SharedText::SharedText(std::string_view text) {
     mOwned = true;
 }
 
-SharedText SharedText::Borrow(std::string_view text) {
-    SharedText borrowed;
-    borrowed.mSize = CheckedSize(text);
-    if (!text.empty()) borrowed.mData = text.data();
-    return borrowed;
+void SharedText::FailTooLong() {
+    throw OutOfBoundsException("The text is too long.");
 }
 
 void SharedText::FreeBlock() noexcept {

@@ -15,7 +15,12 @@ class SharedText {
     /// Owns a copy of `text`. Either way a text of more than 2 GiB fails with OutOfBoundsException.
     explicit SharedText(std::string_view text);
     /// Refers to `text`, whose bytes must outlive this object and all its copies.
-    static SharedText Borrow(std::string_view text);
+    static SharedText Borrow(std::string_view text) {
+        SharedText borrowed;
+        borrowed.mSize = CheckedSize(text);
+        if (!text.empty()) borrowed.mData = text.data();
+        return borrowed;
+    }
 
     SharedText(const SharedText& other) noexcept
         : mData(other.mData), mSize(other.mSize), mOwned(other.mOwned) {
@@ -40,6 +45,11 @@ class SharedText {
     [[nodiscard]] bool Empty() const { return mSize == 0; }
 
   private:
+    static uint32_t CheckedSize(std::string_view text) {
+        if (text.size() > size_t{1} << 31) FailTooLong();
+        return static_cast<uint32_t>(text.size());
+    }
+    [[noreturn]] static void FailTooLong();
     void Swap(SharedText& other) noexcept {
         std::swap(mData, other.mData);
         std::swap(mSize, other.mSize);

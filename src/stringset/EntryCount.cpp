@@ -24,8 +24,7 @@ size_t CountEntries(StringView bytes) {
     s.SetPosition(LenB(Magic));
     size_t count = 0;
     while (s.Length() - s.Position() >= ChunkHeaderSize) {
-        const int32_t tag = s.ReadInt32();
-        int64_t length = s.ReadInt32();
+        auto [tag, length] = s.ReadInt32s<2>();
         if (HoldsOneValue(tag) && s.Length() - s.Position() >= ChunkHeaderSize) {
             s.ReadInt32();
             length = s.ReadInt32();

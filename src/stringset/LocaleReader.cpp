@@ -57,8 +57,7 @@ std::optional<StringView> LocaleReader::ReadUntilHistory(Frame& frame) {
     BinaryStream& s = frame.Stream;
     try {
         while (!s.EndOfFile()) {
-            const int32_t tag = s.ReadInt32();
-            const int32_t length = s.ReadInt32();
+            const auto [tag, length] = s.ReadInt32s<2>();
             if (tag != EntryTag)
                 StoreWaiting(frame, 0);  // this chunk's failure may be the end of all reading
             if (tag == HistoryTag) return ReadSimpleValue(frame).Bytes();
@@ -105,10 +104,11 @@ void LocaleReader::ReadEntry(Frame& frame, int64_t length) {
     const int64_t end = s.Position() + length;
     if (length < 0 || end > s.Length()) throw OutOfBoundsException("An entry does not lie within its file.");
 
-    Waiting entry;
+    StoreWaiting(frame, MostWaiting - 1);
+    Waiting& entry = mWaiting[mAwaited % MostWaiting];
+    entry = {};
     while (s.Position() < end) {
-        const int32_t tag = s.ReadInt32();
-        const int32_t fieldLength = s.ReadInt32();
+        const auto [tag, fieldLength] = s.ReadInt32s<2>();
         switch (tag) {
             case IdentifierTag:
                 entry.Identifier = ReadSimpleValue(frame).AsText();
@@ -131,23 +131,19 @@ void LocaleReader::ReadEntry(Frame& frame, int64_t length) {
         }
     }
     SpendOverrun(s.Position() - end);
-    AwaitStoring(frame, std::move(entry));
     s.SetPosition(end);
-}
-
-// An entry is to be stored when the place for it has come from the memory.
-void LocaleReader::AwaitStoring(Frame& frame, Waiting entry) {
-    StoreWaiting(frame, MostWaiting - 1);
+    // It is stored when the place for it has come from the memory.
     entry.Hash = FoldedHash(entry.Identifier);
     frame.Set.Entries.Prefetch(entry.Hash);
-    mWaiting[mAwaited++ % MostWaiting] = std::move(entry);
+    ++mAwaited;
 }
 
 void LocaleReader::StoreWaiting(Frame& frame, size_t mostLeft) {
     for (; mAwaited - mStored > mostLeft; ++mStored) {
-        const Waiting& entry = mWaiting[mStored % MostWaiting];
+        Waiting& entry = mWaiting[mStored % MostWaiting];
         frame.Set.Entries.FindOrAdd(entry.Identifier, entry.Hash, [&] { return entry.Identifier; })
-            .Set(entry.Platform, {.Localized = entry.Localized, .Original = entry.Original});
+            .Set(entry.Platform,
+                 {.Localized = std::move(entry.Localized), .Original = std::move(entry.Original)});
     }
 }
 
@@ -160,8 +156,7 @@ void LocaleReader::SpendOverrun(int64_t bytes) {
 
 SimpleValue LocaleReader::ReadSimpleValue(Frame& frame) {
     BinaryStream& s = frame.Stream;
-    const int32_t type = s.ReadInt32();
-    const int32_t length = s.ReadInt32();
+    const auto [type, length] = s.ReadInt32s<2>();
     if (type == StringType || type == DataType) return SimpleValue(s.Read(length));
     if (type == IntegerType) {
         const SimpleValue value(s.ReadInt32());

@@ -43,7 +43,6 @@ class LocaleReader {
     void ReadEntry(Frame& frame, int64_t length);
     void SpendOverrun(int64_t bytes);
 
-    void AwaitStoring(Frame& frame, Waiting entry);
     void StoreWaiting(Frame& frame, size_t mostLeft);
 
     static SimpleValue ReadSimpleValue(Frame& frame);

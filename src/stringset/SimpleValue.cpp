@@ -7,8 +7,8 @@
 
 namespace sorbel {
 
-SharedText SimpleValue::AsText() const {
-    return mIsInteger ? SharedText(std::to_string(mInteger)) : SharedText::Borrow(mText);
+SharedText SimpleValue::Digits() const {
+    return SharedText(std::to_string(mInteger));
 }
 
 int64_t SimpleValue::LeadingNumber(StringView text) {

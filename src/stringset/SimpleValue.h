@@ -18,12 +18,13 @@ class SimpleValue {
     /// The bytes in the file; empty for a number.
     [[nodiscard]] StringView Bytes() const { return mText; }
     /// Borrowed from the file, unless it is a number's decimal text.
-    [[nodiscard]] SharedText AsText() const;
+    [[nodiscard]] SharedText AsText() const { return mIsInteger ? Digits() : SharedText::Borrow(mText); }
     /// The number that a text begins with, else 0; held within 32 bits, so that a save writes the same
     /// number.
     [[nodiscard]] int64_t AsInteger() const { return mIsInteger ? mInteger : LeadingNumber(mText); }
 
   private:
+    [[nodiscard]] SharedText Digits() const;
     static int64_t LeadingNumber(StringView text);
 
     StringView mText;
