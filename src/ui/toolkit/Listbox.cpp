@@ -53,31 +53,31 @@ int64_t Listbox::WithinRows(int64_t row) const {
 // --- Building ---
 
 void Listbox::AddFolder(StringView text, int64_t numberTag, const SharedText& textTag) {
-    AddTop({numberTag, textTag, text, 0, true});
-}
-
-void Listbox::AddRow(StringView text, int64_t numberTag, const SharedText& textTag,
-                     std::shared_ptr<const Picture> picture) {
-    const NewRow row{numberTag, textTag, text, NumberOf(std::move(picture)), false};
-    if (!mExpanding.empty() && mExpanding.back() >= 0)
-        AddChild(mOpened[OpenedAt(mExpanding.back())], row);
-    else
-        AddTop(row);
-}
-
-void Listbox::AddTop(const NewRow& row) {
-    static_assert(sizeof(Row) <= 40, "there are millions of rows");
-    mTop.emplace_back(row);
+    Row& row = mTop.emplace_back(numberTag, textTag, true);
+    if (!text.empty()) row.SetText(text);
     mLastIndex = ListCount() - 1;
     Changed(Aspect::Rows);
 }
 
-void Listbox::AddChild(Opened& folder, const NewRow& row) {
-    folder.Children.emplace_back(row);
+void Listbox::AddRow(StringView text, int64_t numberTag, const SharedText& textTag,
+                     std::shared_ptr<const Picture> picture) {
+    const bool isChild = !mExpanding.empty() && mExpanding.back() >= 0;
+    Opened* const folder = isChild ? &mOpened[OpenedAt(mExpanding.back())] : nullptr;
+    Row& row = (folder ? folder->Children : mTop).emplace_back(numberTag, textTag, false);
+    if (!text.empty()) row.SetText(text);
+    row.Picture = NumberOf(std::move(picture));
+    if (folder)
+        CountChild(*folder);
+    else
+        mLastIndex = ListCount() - 1;
+    Changed(Aspect::Rows);
+}
+
+/// A row has come at the end of an open folder's.
+void Listbox::CountChild(const Opened& folder) {
     mLastIndex = folder.Top + folder.ChildrenBefore + static_cast<int64_t>(folder.Children.size());
     if (mListIndex >= mLastIndex) ++mListIndex;
     MoveChildrenBelow(OpenedAt(folder.Top) + 1, 1);
-    Changed(Aspect::Rows);
 }
 
 /// `count` children have come (or, below 0, gone) above the open folders from `open` on.

@@ -84,27 +84,18 @@ class Listbox : public Control {
     bool PaintCell(Graphics& g, int64_t row, int x, int y);
 
   private:
-    struct NewRow {
-        int64_t NumberTag;
-        const SharedText& TextTag;
-        StringView Text;
-        uint32_t Picture;
-        bool Folder;
-    };
     struct Row {
-        explicit Row(const NewRow& row)
-            : TextTag(row.TextTag),
-              NumberTag(row.NumberTag),
-              Text(row.Text.empty() ? nullptr : std::make_unique<String>(row.Text)),
-              Picture(row.Picture),
-              Folder(row.Folder) {}
+        Row(int64_t numberTag, const SharedText& textTag, bool folder)
+            : TextTag(textTag), NumberTag(numberTag), Folder(folder) {}
+        void SetText(StringView text);
 
         SharedText TextTag;
         int64_t NumberTag;
         std::unique_ptr<String> Text;  // null for the empty text
-        uint32_t Picture;              // 1 + index into mPictures; 0 is none
+        uint32_t Picture = 0;          // 1 + index into mPictures; 0 is none
         bool Folder;
     };
+    static_assert(sizeof(Row) <= 40, "there are millions of rows");
     /// An open folder: the place of its row among the top-level rows, and its children.
     struct Opened {
         int64_t Top;
@@ -124,8 +115,7 @@ class Listbox : public Control {
     [[nodiscard]] bool IsOpen(const Place& place) const;
     [[nodiscard]] int64_t WithinRows(int64_t row) const;
     [[nodiscard]] size_t OpenedAt(int64_t top) const;
-    void AddTop(const NewRow& row);
-    void AddChild(Opened& folder, const NewRow& row);
+    void CountChild(const Opened& folder);
     uint32_t NumberOf(std::shared_ptr<const Picture> picture);
     void Open(int64_t row, const Place& place);
     void Close(int64_t row, const Place& place);

@@ -10,14 +10,17 @@ String Listbox::Cell(int64_t row) const {
     return text ? *text : String();
 }
 
-void Listbox::SetCell(int64_t row, StringView text) {
-    std::unique_ptr<String>& stored = RowAt(row).Text;
+void Listbox::Row::SetText(StringView text) {
     if (text.empty())
-        stored.reset();
-    else if (stored)
-        *stored = text;
+        Text.reset();
+    else if (Text)
+        *Text = text;
     else
-        stored = std::make_unique<String>(text);
+        Text = std::make_unique<String>(text);
+}
+
+void Listbox::SetCell(int64_t row, StringView text) {
+    RowAt(row).SetText(text);
     // A paint stores the text that it is about to draw; a notice would ask for the next paint, for ever.
     if (!mPainting) Changed(Aspect::Cells);
 }
