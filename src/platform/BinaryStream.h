@@ -39,9 +39,10 @@ class BinaryStream {
 
     /// The next `count` bytes, in place.
     StringView Read(int64_t count) {
-        if (count < 0 || count > Length() - Position())
+        const StringView all = Contents();
+        if (count < 0 || count > LenB(all) - Position())
             throw OutOfBoundsException("Read past the end of the stream.");
-        const StringView bytes = Contents().substr(mPosition, static_cast<size_t>(count));
+        const StringView bytes(all.data() + mPosition, static_cast<size_t>(count));
         mPosition += bytes.size();
         return bytes;
     }
