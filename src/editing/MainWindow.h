@@ -173,6 +173,8 @@ class MainWindow : public Window, public Listener, public FrontDocument {
 
     // Reactions to changes, and what is remembered of those put off in a batch (MainWindowBatch.cpp).
     struct PutOff {
+        explicit PutOff(bool onlyNonlocalized) : OnlyNonlocalized(onlyNonlocalized) {}
+
         bool OnlyNonlocalized;       ///< as in the whole batch, since changes touch no filter
         std::optional<Finder> Term;  ///< searched for, likewise; nothing without a search
         bool Selected = false;       ///< a row, by a reaction put off

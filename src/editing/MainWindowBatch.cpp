@@ -22,8 +22,7 @@ void MainWindow::PutOffReaction(StringView identifier) {
 
 void MainWindow::BeginPutOff() {
     const String term = Trim(SearchField.Text());
-    mPutOff.emplace();
-    mPutOff->OnlyNonlocalized = OnlyNonlocalized();
+    mPutOff.emplace(OnlyNonlocalized());
     if (!term.empty()) mPutOff->Term.emplace(term);
 }
 
