@@ -16,7 +16,7 @@ class Screen:
 
     def __enter__(self):
         read, write = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1400x900x24"],
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1400x900x24", "-noreset"],
                                        pass_fds=(write,), stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as answer:
@@ -26,6 +26,8 @@ class Screen:
                                 QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
         self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL)
+        while not self.tool("get_num_desktops"):  # a window that comes before the manager may stay hidden
+            time.sleep(0.02)
         return self
 
     def __exit__(self, *failure):
