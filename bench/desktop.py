@@ -24,9 +24,11 @@ class Screen:
         self.home = tempfile.mkdtemp(prefix="sorbel-bench-home-")
         self.environment = dict(os.environ, DISPLAY=":" + number, HOME=self.home, XDG_RUNTIME_DIR=self.home,
                                 QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
-        self.manager = subprocess.Popen(["openbox"], env=self.environment, stdout=subprocess.DEVNULL,
-                                        stderr=subprocess.DEVNULL)
-        while not self.tool("get_num_desktops"):  # a window that comes before the manager may stay hidden
+        # A window that comes before the manager is ready may stay hidden.
+        ready = os.path.join(self.home, "ready")
+        self.manager = subprocess.Popen(["openbox", "--startup", "touch " + ready], env=self.environment,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        while not os.path.exists(ready):
             time.sleep(0.02)
         return self
 
@@ -97,7 +99,7 @@ class Program:
             self.cpu()
             if found := self.screen.tool("search", "--onlyvisible", "--pid", str(self.pid or 0)).split():
                 return found[-1]
-            time.sleep(0.02)
+            time.sleep(0.2)  # asking disturbs the program
         raise RuntimeError("%s shows no window" % self.name)
 
     def close(self):

@@ -38,8 +38,10 @@ class Screen:
         kept = {name: os.environ[name] for name in ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS") if name in os.environ}
         self.env = {**kept, "DISPLAY": ":" + display, "HOME": str(self.home), "LANG": "C.UTF-8",
                     "XDG_RUNTIME_DIR": str(self.home), "DBUS_SESSION_BUS_ADDRESS": "disabled:"}
-        self.start("openbox", stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_for("the window manager", lambda: self.try_xdotool("get_num_desktops"))
+        # A window that comes before the manager is ready may stay hidden.
+        ready = self.home / "window-manager-is-ready"
+        self.start("openbox", "--startup", "touch '%s'" % ready, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for("the window manager", ready.exists)
 
     def __enter__(self):
         return self
