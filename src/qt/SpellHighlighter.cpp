@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <QTextDocument>
 #include <algorithm>
+#include <utility>
 
 namespace sorbel {
 
@@ -27,6 +28,7 @@ SpellHighlighter::SpellHighlighter(QTextDocument& document)
     mPause.setSingleShot(true);
     connect(&mPause, &QTimer::timeout, this, [this] { CheckSome(); });
     connect(&mLoading, &QFutureWatcherBase::finished, this, [this] { Loaded(); });
+    connect(&mDocument, &QTextDocument::contentsChanged, this, [this] { LoadForText(); });
 }
 
 void SpellHighlighter::SetLanguage(const QString& code) {
@@ -37,8 +39,15 @@ void SpellHighlighter::SetLanguage(const QString& code) {
     mPause.stop();
     mFirstPostponed = 0;
     setDocument(nullptr);  // takes the marks away
-    const QString path = FindDictionary(code, DictionaryFolders());
-    mLoading.setFuture(path.isEmpty() ? QFuture<std::shared_ptr<SpellChecker>>() : LoadSpellChecker(path));
+    mLoading.setFuture({});
+    mDictionary = FindDictionary(code, DictionaryFolders());
+    LoadForText();
+}
+
+/// Reading a dictionary takes as long as all else at the start of the program, so it waits for a text.
+void SpellHighlighter::LoadForText() {
+    if (mDictionary.isEmpty() || mDocument.isEmpty()) return;
+    mLoading.setFuture(LoadSpellChecker(std::exchange(mDictionary, {})));
 }
 
 void SpellHighlighter::Loaded() {

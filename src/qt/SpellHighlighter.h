@@ -30,12 +30,14 @@ class SpellHighlighter : public QSyntaxHighlighter {
     void highlightBlock(const QString& text) override;
 
   private:
+    void LoadForText();
     void Loaded();
     void CheckSome();
     void LookUp(QTextBlock& block);
 
     QTextDocument& mDocument;
     QString mLanguage;
+    QString mDictionary;  ///< that is to be loaded when there is a text
     QFutureWatcher<std::shared_ptr<SpellChecker>> mLoading;
     std::shared_ptr<SpellChecker> mChecker;
     QHash<QString, bool> mKnown;  ///< whether a word is correct

@@ -118,6 +118,12 @@ TEST_F(Spelling, UnknownWordsAreMarkedAfterTheEvent) {
     Settle();
     EXPECT_EQ(Marked(), QStringList());
     EXPECT_EQ(Small->Area.Text(), "kleine Dadei\nSchriften Dadei ");
+
+    Small->Area.SetText("");
+    Small->Area.SetSpellingLanguage("de");
+    Settle();
+    Small->Area.SetText("Dadei kleine");  // the dictionary waits for it
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Marked() == QStringList("Dadei"); }));
 }
 
 TEST_F(Spelling, LongTextsAreCheckedToTheEnd) {
