@@ -31,6 +31,11 @@ SpellHighlighter::SpellHighlighter(QTextDocument& document)
     connect(&mDocument, &QTextDocument::contentsChanged, this, [this] { LoadForText(); });
 }
 
+/// The base class takes its marks away last, which is a change of the document.
+SpellHighlighter::~SpellHighlighter() {
+    mDocument.disconnect(this);
+}
+
 void SpellHighlighter::SetLanguage(const QString& code) {
     if (code == mLanguage) return;
     mLanguage = code;

@@ -18,6 +18,9 @@ class SpellHighlighter : public QSyntaxHighlighter {
   public:
     /// Marks nothing until a language is set for which there is a dictionary.
     explicit SpellHighlighter(QTextDocument& document);
+    ~SpellHighlighter() override;
+    SpellHighlighter(const SpellHighlighter&) = delete;
+    SpellHighlighter& operator=(const SpellHighlighter&) = delete;
 
     /// A code such as "de"; nothing happens if it is the present one.
     void SetLanguage(const QString& code);
