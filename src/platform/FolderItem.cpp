@@ -19,8 +19,8 @@ bool IsNameable(StringView path) {
     return path.find('\0') == StringView::npos;
 }
 
-/// What sort of file it is, 0 for none, without the detour over a path that is taken apart first: each look
-/// at a menu asks a dozen times.
+/// What sort of file it is, 0 for none, without the detour over a path that is taken apart first: every
+/// command asks some times, for the menus.
 mode_t SortOf(const String& path, bool followLink) {
     struct stat status;
     if (!IsNameable(path) || (followLink ? stat : lstat)(path.c_str(), &status) != 0) return 0;
