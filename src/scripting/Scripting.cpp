@@ -1,7 +1,7 @@
 #include "scripting/Scripting.h"
 
-#include <algorithm>
 #include <optional>
+#include <span>
 
 #include "platform/FileContents.h"
 #include "platform/SpecialFolder.h"
@@ -23,15 +23,16 @@ std::shared_ptr<FolderItem> ChildFolder(const FolderItem& folder, StringView nam
     return child;
 }
 
+constexpr StringView WayToScripts[] = {"Kestrum", "Sorbel", "Scripts"};  // from the user's documents
 constexpr StringView SamplesName = "Samples";
 constexpr StringView SampleName = "Sample.sorbel_script";
 constexpr StringView LoopSampleName = "Loop Sample.sorbel_script";
 
 /// Folders below `base`, made where they are missing; null if one cannot be named.
-std::shared_ptr<FolderItem> GetSubFolder(const FolderItem& base, const std::vector<String>& parts) {
+std::shared_ptr<FolderItem> GetSubFolder(const FolderItem& base, std::span<const StringView> parts) {
     const std::shared_ptr<FolderItem> parent = base.Parent();
     std::shared_ptr<FolderItem> folder = parent ? parent->Child(base.Name(), true) : nullptr;
-    for (const String& part : parts) {
+    for (const StringView part : parts) {
         if (!folder) return nullptr;
         folder = ChildFolder(*folder, part);
     }
@@ -66,13 +67,14 @@ struct Listing {
 std::optional<Listing> ListComplete() {
     const std::shared_ptr<FolderItem> documents = SpecialFolder::Documents();
     if (!documents) return std::nullopt;
-    const FolderItem scripts(documents->NativePath() + "/Kestrum/Sorbel/Scripts");
-    Listing listing{scripts.NativePath(), scripts.ItemNames()};
-    if (!std::ranges::binary_search(listing.Names, SamplesName)) return std::nullopt;
-    const String samples = listing.Folder + "/" + String(SamplesName) + "/";
+    String path = documents->NativePath();
+    for (const StringView part : WayToScripts)
+        path.append("/").append(part);
+    const FolderItem scripts(path);
+    const String samples = scripts.NativePath() + "/" + String(SamplesName) + "/";
     for (const StringView name : {SampleName, LoopSampleName})
         if (!FolderItem(samples + String(name)).Exists()) return std::nullopt;
-    return listing;
+    return Listing{scripts.NativePath(), scripts.ItemNames()};
 }
 
 std::optional<Listing> MakeAndList() {
@@ -128,7 +130,7 @@ std::shared_ptr<ScriptEngine> mScriptingEngine;
 std::shared_ptr<FolderItem> ScriptsFolder() {
     const std::shared_ptr<FolderItem> documents = SpecialFolder::Documents();
     if (!documents) return nullptr;
-    std::shared_ptr<FolderItem> scripts = GetSubFolder(*documents, {"Kestrum", "Sorbel", "Scripts"});
+    std::shared_ptr<FolderItem> scripts = GetSubFolder(*documents, WayToScripts);
     if (scripts) WriteSamples(*scripts);
     return scripts;
 }
