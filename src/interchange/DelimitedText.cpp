@@ -101,6 +101,7 @@ std::unique_ptr<ImportChange> ChangesFromDelimitedText(const std::shared_ptr<Loc
     const std::optional<char> delimiter = DelimiterOf(line);
     if (!delimiter) return nullptr;
     auto change = std::make_unique<ImportChange>();
+    change->Document = document;
     int64_t next = 0;
     for (;; line = stream->ReadLine()) {
         if (auto single = ChangeOfRow(document, line, *delimiter, next))

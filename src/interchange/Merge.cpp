@@ -7,7 +7,7 @@ namespace sorbel {
 std::unique_ptr<ImportChange> ChangesFromLocale(const std::shared_ptr<LocalizedStringSet>& document,
                                                 const LocalizedStringSet& imported) {
     auto change = std::make_unique<ImportChange>();
-    change->StringSet = document;
+    change->Document = change->StringSet = document;
     int64_t next = 0;
     for (const auto& [identifier, entry] : imported.Entries) {
         const int64_t place = document->Entries.PlaceOf(identifier, next);

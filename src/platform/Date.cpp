@@ -37,8 +37,10 @@ year_month_day Civil(int aYear, int aMonth, int aDay) {
 
 }  // namespace
 
-Date::Date() {
-    const sys_seconds now{seconds(Clock::Current().LocalSeconds())};
+Date::Date() : Date(Clock::Current().LocalSeconds()) {}
+
+Date::Date(int64_t localSeconds) {
+    const sys_seconds now{seconds(localSeconds)};
     const auto midnight = floor<days>(now);
     const year_month_day civil(midnight);
     const hh_mm_ss time(now - midnight);

@@ -29,9 +29,9 @@ auto Uninterrupted(Call call) {
 /// An open file that is closed in the end. Its failures are IOExceptions.
 class FileDescriptor {
   public:
-    FileDescriptor(const String& path, int flags) {
+    FileDescriptor(const String& path, int flags, mode_t mode = 0666) {
         if (path.find('\0') != String::npos) ThrowSystemError(EINVAL);
-        mNumber = Uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, 0666); });
+        mNumber = Uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); });
         if (mNumber < 0) ThrowSystemError(errno);
     }
     FileDescriptor(const FileDescriptor&) = delete;

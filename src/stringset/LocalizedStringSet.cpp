@@ -1,5 +1,6 @@
 #include "stringset/LocalizedStringSet.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "shell/FileTypes1.h"
@@ -39,6 +40,43 @@ std::shared_ptr<LocalizedStringSet> LocalizedStringSet::Clone() const {
     return copy;
 }
 
+namespace {
+
+bool IsSameText(const SharedText& one, const SharedText& other) {
+    return (one.View().data() == other.View().data() && one.View().size() == other.View().size()) ||
+           one.View() == other.View();
+}
+
+bool IsSameTable(const PlatformTable& one, const PlatformTable& other) {
+    if (one.Count() != other.Count()) return false;
+    for (int64_t index = 0; index < one.Count(); ++index) {
+        const PlatformTable::Item &left = one.ItemAt(index), &right = other.ItemAt(index);
+        if (left.Platform != right.Platform || !IsSameText(left.Value.Localized, right.Value.Localized) ||
+            !IsSameText(left.Value.Original, right.Value.Original))
+            return false;
+    }
+    return true;
+}
+
+bool IsSameFile(const std::shared_ptr<FolderItem>& one, const std::shared_ptr<FolderItem>& other) {
+    return one == other || (one && other && *one == *other);
+}
+
+}  // namespace
+
+bool LocalizedStringSet::IsCloneOf(const LocalizedStringSet& other) const {
+    return History.empty() && DateGenerated == other.DateGenerated && Language == other.Language &&
+           FileVersion == other.FileVersion && NorvaneVersion == other.NorvaneVersion &&
+           IsSameFile(EditedApplication, other.EditedApplication) &&
+           mForeignApplication.value_or(SharedText()).View() ==
+               other.mForeignApplication.value_or(SharedText()).View() &&
+           std::equal(Entries.begin(), Entries.end(), other.Entries.begin(), other.Entries.end(),
+                      [](const auto& left, const auto& right) {
+                          return IsSameText(left.First, right.First) &&
+                                 IsSameTable(left.Second, right.Second);
+                      });
+}
+
 bool LocalizedStringSet::ReadFile(const FolderItem& f) {
     try {
         if (f.Type() != FileTypes1::TabDelimited().Name) return ReadBytes(ReadContents(f));
@@ -53,9 +91,9 @@ bool LocalizedStringSet::ReadBytes(const std::shared_ptr<const ByteBuffer>& file
     return LocaleReader(*this, file).ReadData();
 }
 
-void LocalizedStringSet::WriteFile(const FolderItem& f) const {
+void LocalizedStringSet::WriteFile(const FolderItem& f, const ContentsWriter& write) const {
     try {
-        WriteContents(f, ToBytes());
+        write(f, ToBytes());
     } catch (const IOException&) {  // a document that could not be saved is not reported
         return;
     }
@@ -70,7 +108,10 @@ void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifi
     const auto key = [&] {
         return identifier;
     };
-    Entries.FindOrAdd(identifier, key, place).Set(platform, {.Localized = localized, .Original = original});
+    PlatformTable& values = Entries.FindOrAdd(identifier, key, place);
+    EntryValue value{.Localized = localized, .Original = original};
+    if (mLog) mLog->StoringEntry(identifier, platform, values.Find(platform), value);
+    values.Set(platform, std::move(value));
 }
 
 void LocalizedStringSet::KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "platform/FolderItem.h"
 #include "platform/SharedText.h"
 #include "platform/TextStreams.h"
+#include "stringset/ChangeLog.h"
 #include "stringset/PlatformTable.h"
 
 namespace sorbel {
@@ -44,11 +46,17 @@ class LocalizedStringSet {
     void StoreEntry(int64_t platform, const SharedText& identifier, const SharedText& original,
                     const SharedText& localized, int64_t place = -1);
 
+    /// Who hears of each change before it is made, or null. It must outlive its time here.
+    [[nodiscard]] ChangeLog* Log() const { return mLog; }
+    void SetLog(ChangeLog* log) { mLog = log; }
+
     /// The bytes of the files that it was read from. Most texts lie in them, one after the other.
     [[nodiscard]] std::vector<StringView> FileBytes() const;
 
     /// A snapshot of the strings and their labels, without the history.
     [[nodiscard]] std::shared_ptr<LocalizedStringSet> Clone() const;
+    /// Whether a clone of `other`, as it stands, would be the same as this set.
+    [[nodiscard]] bool IsCloneOf(const LocalizedStringSet& other) const;
 
     /// Adds the contents of a file to this set. False: not a valid locale file; what could be read is in the
     /// set all the same. Tab-delimited text always gives false. A failure that is not of the file, such as a
@@ -63,8 +71,10 @@ class LocalizedStringSet {
     /// in them.
     bool ReadBytes(const std::shared_ptr<const ByteBuffer>& file);
 
+    /// Makes bytes the contents of a file, or fails with IOException.
+    using ContentsWriter = std::function<void(const FolderItem& f, StringView bytes)>;
     /// Overwrites the file with this set in the locale file format. A failure to write is not reported.
-    void WriteFile(const FolderItem& f) const;
+    void WriteFile(const FolderItem& f, const ContentsWriter& write = WriteContents) const;
 
     /// The bytes that `WriteFile` writes.
     [[nodiscard]] String ToBytes() const;
@@ -79,6 +89,7 @@ class LocalizedStringSet {
 
     using BufferList = std::vector<std::shared_ptr<const ByteBuffer>>;
 
+    ChangeLog* mLog = nullptr;
     bool mIsValid = false;
     std::optional<SharedText> mForeignApplication;  // application bytes that name no file here
     std::shared_ptr<const BufferList> mBuffers;     // what borrowed texts point into; shared with the history
