@@ -27,6 +27,7 @@ class SilentBackend : public Backend {
 
     void SetBusy(bool) override {}
     void Beep() override {}
+    void Notify(StringView, StringView) override { ++Messages; }
     void Launch(const FolderItem&) override {}
     [[nodiscard]] Color Theme(SystemColor) const override { return {0x111111}; }
     [[nodiscard]] std::optional<Color> NamedColor(StringView) const override { return Color{0x777777}; }

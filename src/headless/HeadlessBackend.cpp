@@ -32,6 +32,7 @@ bool HeadlessBackend::QueueButton(StringView name) {
 void HeadlessBackend::StartRecord() {
     mShown = Json::array();
     mLaunched = Json::array();
+    mNotices = Json::array();
     mBeeps = 0;
 }
 
@@ -39,6 +40,7 @@ void HeadlessBackend::AddRecordTo(Json& reply) const {
     reply["shown"] = mShown;
     reply["launched"] = mLaunched;
     reply["beeps"] = mBeeps;
+    reply["notices"] = mNotices;
 }
 
 void HeadlessBackend::MsgBox(StringView text) {

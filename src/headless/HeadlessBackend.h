@@ -34,7 +34,7 @@ class HeadlessBackend : public Backend {
 
     // --- What the operation showed ---
     void StartRecord();
-    /// Adds "shown", "launched" and "beeps".
+    /// Adds "shown", "launched", "beeps" and "notices".
     void AddRecordTo(Json& reply) const;
 
     // --- Backend ---
@@ -49,6 +49,9 @@ class HeadlessBackend : public Backend {
     MenuItem* PopUp(MenuItem& menu, int x, int y) override;
     void SetBusy(bool) override {}  // nobody waits for it
     void Beep() override { ++mBeeps; }
+    void Notify(StringView title, StringView text) override {
+        mNotices.push_back({{"title", title}, {"text", text}});
+    }
     void Launch(const FolderItem& item) override { mLaunched.push_back(item.NativePath()); }
     [[nodiscard]] Color Theme(SystemColor color) const override;
     [[nodiscard]] std::optional<Color> NamedColor(StringView name) const override;
@@ -66,6 +69,7 @@ class HeadlessBackend : public Backend {
     std::optional<PopUpRecord> mPopUp;
     Json mShown = Json::array();
     Json mLaunched = Json::array();
+    Json mNotices = Json::array();
     int64_t mBeeps = 0;
 };
 

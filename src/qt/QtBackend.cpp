@@ -152,6 +152,10 @@ void QtBackend::Beep() {
     QApplication::beep();
 }
 
+void QtBackend::Notify(StringView title, StringView text) {
+    mNotices.Show(ToQt(title), ToQt(text));
+}
+
 void QtBackend::Launch(const FolderItem& item) {
     const QString path = QFile::decodeName(QByteArray::fromStdString(item.NativePath()));
     if (!item.Exists() || !QDesktopServices::openUrl(QUrl::fromLocalFile(path)))

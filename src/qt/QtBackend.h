@@ -3,6 +3,7 @@
 #include <QObject>
 #include <map>
 
+#include "qt/DesktopNotices.h"
 #include "qt/QtTheme.h"
 #include "ui/toolkit/Application.h"
 
@@ -38,6 +39,7 @@ class QtBackend : public QObject, public Backend {
 
     void SetBusy(bool busy) override;
     void Beep() override;
+    void Notify(StringView title, StringView text) override;
     void Launch(const FolderItem& item) override;
     [[nodiscard]] Color Theme(SystemColor color) const override { return mTheme.System(color); }
     [[nodiscard]] std::optional<Color> NamedColor(StringView name) const override {
@@ -57,6 +59,7 @@ class QtBackend : public QObject, public Backend {
 
     Application* mApp = nullptr;
     QtTheme mTheme;
+    DesktopNotices mNotices{QDBusConnection::sessionBus()};
     std::map<const Window*, QtWindow*> mWindows;
     int mDialogs = 0;  ///< under way
     int mBusy = 0;     ///< pieces of work that go on, one inside the other

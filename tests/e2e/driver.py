@@ -29,7 +29,7 @@ class Program:
         if not reply.endswith(b"\n"):
             raise AssertionError("no reply to %r; exit status %s" % (data[:200], self.process.wait()))
         reply = json.loads(reply.decode("utf-8"))
-        missing = {"ok", "shown", "launched", "beeps"} - reply.keys()
+        missing = {"ok", "shown", "launched", "beeps", "notices"} - reply.keys()
         if missing:
             raise AssertionError("reply without %s: %r" % (missing, reply))
         return reply

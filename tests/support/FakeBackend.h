@@ -51,7 +51,8 @@ class FakeBackend : public Backend {
     std::vector<OpenDialog> OpenDialogs;
     std::vector<SaveQuestion> SaveQuestions;
     std::vector<Popped> PopUps;
-    std::vector<String> Launched;  ///< paths
+    std::vector<String> Launched;                    ///< paths
+    std::vector<std::pair<String, String>> Notices;  ///< titles and texts
     std::vector<EditCommand> Edits;
     std::vector<Window*> Attached;  ///< windows on screen, in the order in which they were shown
     Window* LastParent = nullptr;   ///< whose sheet the last dialog was
@@ -106,6 +107,7 @@ class FakeBackend : public Backend {
         BusyTimes += busy ? 1 : 0;
     }
     void Beep() override { ++Beeps; }
+    void Notify(StringView title, StringView text) override { Notices.emplace_back(title, text); }
     void Launch(const FolderItem& item) override {
         if (LaunchFails) throw IOException("It cannot be launched.");
         Launched.push_back(item.NativePath());

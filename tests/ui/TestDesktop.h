@@ -22,6 +22,7 @@ class TestDesktop : public Backend {
     MenuItem* PopUp(MenuItem&, int, int) override { return nullptr; }
     void SetBusy(bool) override {}
     void Beep() override {}
+    void Notify(StringView, StringView) override {}
     void Launch(const FolderItem&) override {}
     [[nodiscard]] Color Theme(SystemColor color) const override {
         return Color::FromRGB(7, static_cast<unsigned>(color), 7);

@@ -50,6 +50,8 @@ class Backend {
     /// dialog that comes up meanwhile is answered as ever. See `Busy`.
     virtual void SetBusy(bool busy) = 0;
     virtual void Beep() = 0;
+    /// A word to the user that asks nothing, takes no focus and does not wait.
+    virtual void Notify(StringView title, StringView text) = 0;
     /// Shows a file or folder or starts an application; fails with IOException.
     virtual void Launch(const FolderItem& item) = 0;
     [[nodiscard]] virtual Color Theme(SystemColor color) const = 0;
