@@ -8,7 +8,7 @@ for group in "$@"; do
     case $group in
         build)
             packages+=(g++ cmake ninja-build python3 qt6-base-dev libicu-dev libpng-dev
-                nlohmann-json3-dev libgtest-dev fonts-dejavu-core pkg-config libhunspell-dev)
+                nlohmann-json3-dev libgtest-dev fonts-dejavu-core pkg-config libhunspell-dev libxxhash-dev)
             ;;
         # clang-format of one version by name: others lay the same code out differently.
         check)

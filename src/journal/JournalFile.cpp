@@ -1,0 +1,122 @@
+#include "journal/JournalFile.h"
+
+#include <sys/file.h>
+
+#include "journal/DiskFlusher.h"
+#include "journal/StateFolder.h"
+#include "platform/Clock.h"
+
+namespace sorbel {
+
+namespace {
+
+constexpr mode_t OwnerOnly = 0600;
+
+using File = std::shared_ptr<const FileDescriptor>;
+
+/// False: another has it, or it was removed in between.
+bool Lock(const FileDescriptor& file) {
+    return flock(file.Number(), LOCK_EX | LOCK_NB) == 0 && file.Status().st_nlink > 0;
+}
+
+}  // namespace
+
+std::unique_ptr<JournalFile> JournalFile::OpenLeftBehind(const String& path) try {
+    auto file = std::make_shared<const FileDescriptor>(path, O_RDWR | O_NONBLOCK | O_NOFOLLOW);
+    if (!S_ISREG(file->Status().st_mode) || !Lock(*file)) return nullptr;
+    auto journal = std::make_unique<JournalFile>();
+    journal->mPath = path;
+    journal->mSize = file->Status().st_size;
+    journal->mFile = std::move(file);
+    return journal;
+} catch (const IOException&) {
+    return nullptr;
+}
+
+std::shared_ptr<const ByteBuffer> JournalFile::Read() const {
+    return ReadContents(FolderItem(mPath));
+}
+
+String JournalFile::ReadHead() const {
+    String head(size_t{1} << 14, '\0');  // a path has 4096 bytes at most
+    const ssize_t count = Uninterrupted([&] { return pread(mFile->Number(), head.data(), head.size(), 0); });
+    head.resize(count > 0 ? static_cast<size_t>(count) : 0);
+    return head;
+}
+
+/// Somebody who looks for journals may have locked and removed the new file as an empty one.
+void JournalFile::Open() {
+    while (!mFile) {
+        const String path = StateFolder::NewJournalPath();
+        File file = std::make_shared<const FileDescriptor>(path, O_RDWR | O_CREAT | O_EXCL, OwnerOnly);
+        if (!Lock(*file)) continue;
+        mPath = path;
+        mFile = std::move(file);
+        mSize = 0;
+        DiskFlusher::FlushSoon(StateFolder::Opened());  // the file's name, too, is to survive a power cut
+    }
+}
+
+void JournalFile::Append(RecordType type, StringView payload) {
+    mUnwritten += RecordHeader(type, Clock::Current().LocalSeconds(), payload);
+    mUnwritten += payload;
+    Open();
+    Write(mUnwritten);
+    mUnwritten.clear();
+    DiskFlusher::FlushSoon(mFile);
+}
+
+void JournalFile::AppendNow(RecordType type, StringView payload, StringView more) {
+    Open();
+    Write(mUnwritten);
+    mUnwritten.clear();
+    mSizeBefore = mSize;
+    try {
+        Write(RecordHeader(type, Clock::Current().LocalSeconds(), payload, more));
+        Write(payload);
+        Write(more);
+        if (Uninterrupted([&] { return fdatasync(mFile->Number()); }) != 0) ThrowSystemError(errno);
+    } catch (const IOException&) {
+        TakeBack();
+        throw;
+    }
+}
+
+/// All of it or nothing.
+void JournalFile::Write(StringView bytes) {
+    for (size_t written = 0; written < bytes.size();) {
+        const ssize_t count = Uninterrupted([&] {
+            return pwrite(mFile->Number(), bytes.data() + written, bytes.size() - written,
+                          static_cast<off_t>(mSize + static_cast<int64_t>(written)));
+        });
+        if (count < 0) {
+            const int error = errno;
+            CutTo(mSize);
+            ThrowSystemError(error);
+        }
+        written += static_cast<size_t>(count);
+    }
+    mSize += static_cast<int64_t>(bytes.size());
+}
+
+/// A failure leaves a tail that no checksum fits, or that the next record overwrites.
+void JournalFile::CutTo(int64_t size) {
+    mSize = size;
+    [[maybe_unused]] const int ignored = ftruncate(mFile->Number(), static_cast<off_t>(size));
+}
+
+void JournalFile::Empty() {
+    mUnwritten.clear();
+    if (!mFile) return;
+    CutTo(0);
+    DiskFlusher::FlushSoon(mFile);
+}
+
+void JournalFile::Remove() {
+    mUnwritten.clear();
+    if (mFile) unlink(mPath.c_str());
+    mFile = nullptr;
+    mSize = 0;
+}
+
+}  // namespace sorbel

@@ -1,0 +1,43 @@
+#include "journal/Records.h"
+
+#include "journal/FileState.h"
+
+namespace sorbel {
+
+namespace {
+
+struct Header {
+    uint64_t Size;
+    int64_t Time;
+    uint64_t Type;
+    uint64_t Checksum;
+};
+
+uint64_t ChecksumOf(Header header, StringView payload, StringView more = {}) {
+    header.Checksum = Hash64(payload, more);
+    return Hash64({reinterpret_cast<const char*>(&header), sizeof header});
+}
+
+}  // namespace
+
+String RecordHeader(RecordType type, int64_t time, StringView payload, StringView more) {
+    Header header{payload.size() + more.size(), time, static_cast<uint64_t>(type), 0};
+    header.Checksum = ChecksumOf(header, payload, more);
+    return {reinterpret_cast<const char*>(&header), sizeof header};
+}
+
+std::vector<Record> ReadRecords(StringView journal) {
+    std::vector<Record> records;
+    while (journal.size() >= sizeof(Header)) {
+        Header header;
+        std::memcpy(&header, journal.data(), sizeof header);
+        if (header.Size > journal.size() - sizeof header) break;
+        const StringView payload = journal.substr(sizeof header, static_cast<size_t>(header.Size));
+        if (header.Checksum != ChecksumOf(header, payload)) break;
+        records.push_back({static_cast<RecordType>(header.Type), header.Time, payload});
+        journal.remove_prefix(sizeof header + payload.size());
+    }
+    return records;
+}
+
+}  // namespace sorbel
