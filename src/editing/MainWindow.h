@@ -21,6 +21,9 @@
 
 namespace sorbel {
 
+class Journal;
+class LeftJournal;
+
 /// The editing of one locale file: the document, its undo history and the controls. Its methods stand in one
 /// .cpp for each subject; what they decide is worked out in editing/rules.
 class MainWindow : public Window, public Listener, public FrontDocument {
@@ -71,6 +74,10 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     void UpdateProxyIcon();
     void UpdateLanguage();
 
+    // --- Unsaved changes (MainWindowRecovery.cpp) ---
+    /// Asks what is to become of changes of the file that were not saved when the program last ended.
+    void OfferRestore();
+
     // --- List (MainWindowList.cpp) ---
     void ShowAllStrings();
 
@@ -120,6 +127,13 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     void BindEvents();
     void AddMenuHandlers();
     void WriteDocument();
+    void StartJournal();
+    void SaveSafely(StringView bytes);
+    void TellUnprotected(const String& reason);
+    void NoteUnsaved();
+    enum class Answer { Restore, NotNow, Discard };
+    Answer AskWhetherToRestore(const LeftJournal& left);
+    void Restore(const LeftJournal& left);
     [[nodiscard]] Busy BusyIfLarge() const;
     [[nodiscard]] bool OnlyNonlocalized() const;
     [[nodiscard]] MenuItem* Item(StringView name) const;
@@ -158,6 +172,8 @@ class MainWindow : public Window, public Listener, public FrontDocument {
         return place >= HistoryFilterShouldShow.size() || HistoryFilterShouldShow[place];
     }
     void BringDirtyInStep();
+    void RefreshAfterImport();
+    std::unique_ptr<Journal> mJournal;  ///< until the window is closed
     void RebuildScriptsMenu();
     std::optional<uint64_t> mScriptsShownIn;  ///< the operation that the Scripts menu was last rebuilt in
 

@@ -1,4 +1,5 @@
 #include "editing/MainWindow.h"
+#include "journal/Journal.h"
 #include "ui/Icons.h"
 #include "ui/toolkit/Application.h"
 

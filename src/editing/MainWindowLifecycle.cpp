@@ -1,4 +1,6 @@
 #include "editing/MainWindow.h"
+#include "journal/Journal.h"
+#include "journal/LeftJournal.h"
 #include "language/LocalizationSupport.h"
 #include "ui/toolkit/Application.h"
 #include "ui/toolkit/Dialogs.h"
@@ -20,6 +22,7 @@ MainWindow::~MainWindow() {
 void MainWindow::Constructor(const std::shared_ptr<FolderItem>& f) {
     StringSet = std::make_shared<LocalizedStringSet>();
     Notifications::AddObserver(StringSet.get(), *this);
+    const bool completed = CompleteInterruptedSave(*f);
     if (!StringSet->ReadFile(*f)) throw RuntimeException("The file is not a valid locale file.");
     ShowAllStrings();
     mDiskFile = f;
@@ -28,6 +31,10 @@ void MainWindow::Constructor(const std::shared_ptr<FolderItem>& f) {
     UpdateProxyIcon();
     UpdateLanguage();
     RebuildHistoryPopup();
+    StartJournal();
+    if (completed)
+        App().Desktop().Notify("“" + f->DisplayName() + "” was repaired",
+                               "Its last save had been interrupted and is now complete.");
 }
 
 void MainWindow::SaveFile() {
@@ -39,7 +46,7 @@ void MainWindow::SaveFile() {
 
 void MainWindow::WriteDocument() {
     const Busy busy(App().Desktop());
-    StringSet->WriteFile(*mDiskFile);
+    StringSet->WriteFile(*mDiskFile, [this](const FolderItem&, StringView bytes) { SaveSafely(bytes); });
 }
 
 /// For a pass over all strings: from this number on it may be felt, below it a sign of it would only flicker.
@@ -76,11 +83,13 @@ bool MainWindow::Event_CancelClose(bool /*appQuitting*/) {
     const MessageDialogButton* pressed = dialog.ShowModalWithin(*this);
     if (pressed == &dialog.CancelButton) return true;
     if (pressed == &dialog.ActionButton) WriteDocument();
+    if (pressed == &dialog.AlternateActionButton && mJournal) mJournal->Discard();
     return false;
 }
 
 void MainWindow::Event_Close() {
     Notifications::RemoveObserver(StringSet.get(), *this);
+    mJournal.reset();
 }
 
 }  // namespace sorbel

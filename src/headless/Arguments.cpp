@@ -9,8 +9,9 @@
 namespace sorbel::headless {
 
 const char* const Usage =
-    "usage: sorbel-headless [--documents DIR] [--resources DIR] [--now \"2026-01-31 12:00:00\"] [--locale "
-    "en_US]\n"
+    "usage: sorbel-headless [--documents DIR] [--resources DIR] [--state DIR] [--now \"2026-01-31 "
+    "12:00:00\"] "
+    "[--locale en_US]\n"
     "Reads one JSON object a line and answers each with one.\n";
 
 namespace {
@@ -38,6 +39,8 @@ bool Take(const String& name, const String& value, Arguments& arguments) {
         arguments.Documents = value;
     } else if (name == "--resources") {
         arguments.Resources = value;
+    } else if (name == "--state") {
+        arguments.State = value;
     } else if (name == "--locale") {
         arguments.Locale = value;
     } else if (name == "--now") {

@@ -12,6 +12,7 @@ namespace sorbel::headless {
 struct Arguments {
     String Documents;
     String Resources;
+    String State;
     std::optional<int64_t> Now;  ///< local seconds
     String Locale;
 };

@@ -22,7 +22,7 @@ void Session::Perform(StringView line, Json& reply) {
     const String name = request.Text("op");
     const Operation operation = Find(name);
     if (!operation) throw RequestError("there is no operation \"" + name + "\"");
-    if (!App && name != "start") throw RequestError("the first operation is \"start\"");
+    if (!App && name != "start" && name != "answer") throw RequestError("the first operation is \"start\"");
     operation(*this, request, reply);
 }
 

@@ -12,17 +12,17 @@ using namespace sorbel::headless;
 
 namespace {
 
-/// The Documents folder of a run that was given none: empty, and gone with the run, so that no script of the
-/// user's takes part and nothing is left in the user's folders.
-class PrivateDocuments {
+/// A folder of a run that was given none: empty, and gone with the run, so that nothing of the user's takes
+/// part and nothing is left in the user's folders.
+class PrivateFolder {
   public:
-    PrivateDocuments() {
+    PrivateFolder() {
         String path = (std::filesystem::temp_directory_path() / "sorbel-headless-XXXXXX").native();
         if (mkdtemp(path.data())) mPath = path;
     }
-    PrivateDocuments(const PrivateDocuments&) = delete;
-    PrivateDocuments& operator=(const PrivateDocuments&) = delete;
-    ~PrivateDocuments() {
+    PrivateFolder(const PrivateFolder&) = delete;
+    PrivateFolder& operator=(const PrivateFolder&) = delete;
+    ~PrivateFolder() {
         std::error_code ignored;
         if (!mPath.empty()) std::filesystem::remove_all(mPath, ignored);
     }
@@ -37,6 +37,7 @@ void SetUp(const Arguments& arguments, HeadlessClock& clock) {
     Clock::Install(&clock);
     if (!arguments.Locale.empty()) Date::SetLocale(arguments.Locale);
     SpecialFolder::SetDocuments(arguments.Documents);
+    SpecialFolder::SetState(arguments.State);
     SpecialFolder::SetResources(arguments.Resources.empty() ? DefaultResources() : arguments.Resources);
 }
 
@@ -49,8 +50,9 @@ int main(int count, char** words) {
         return 2;
     }
     std::ios::sync_with_stdio(false);
-    std::optional<PrivateDocuments> documents;
+    std::optional<PrivateFolder> documents, state;
     if (arguments->Documents.empty()) arguments->Documents = documents.emplace().Path();
+    if (arguments->State.empty()) arguments->State = state.emplace().Path();
     HeadlessClock clock(Clock::Current());
     SetUp(*arguments, clock);
     Session session(clock);

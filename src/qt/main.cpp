@@ -19,6 +19,7 @@ void SetFolders() {
                                                            : SORBEL_BUILD_RESOURCES);
     sorbel::SpecialFolder::SetDocuments(
         sorbel::FromQt(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)));
+    sorbel::SpecialFolder::SetState(sorbel::SpecialFolder::UsualState());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "shell/App.h"
 
 #include "editing/MainWindow.h"
+#include "journal/LeftJournal.h"
 #include "shell/AboutWindow.h"
 #include "shell/FileTypes1.h"
 #include "shell/LaunchWindow.h"
@@ -47,20 +48,42 @@ void App::_ApplicationAddMenuHandlers() {
 
 /// Nothing fills the language menu, so it is not shown.
 void App::Event_Open() {
+    RemoveForgottenJournals();
     if (MenuItem* menu = MenuBar->FindByName("LocalizationMenu")) RemoveItem(*menu, "LocalizationLanguage");
 }
 
 void App::Event_NewDocument() {
-    ShowLaunchWindow();
+    if (!OfferUnsavedDocuments() && WindowCount() == 0) ShowLaunchWindow();
+}
+
+/// True: the user wants them opened, and each window asks by itself.
+bool App::OfferUnsavedDocuments() {
+    const auto files = FilesWithUnsavedChanges();
+    if (files.empty()) return false;
+    MessageDialog dialog;
+    dialog.Message = "There are changes that were not saved.";
+    dialog.Explanation = "They can be restored in " + std::to_string(files.size()) +
+                         (files.size() == 1 ? " document." : " documents.");
+    dialog.ActionButton.Caption = "Open";
+    dialog.CancelButton.Caption = "Not Now";
+    dialog.CancelButton.Visible = true;
+    if (dialog.ShowModal(*this) != &dialog.ActionButton) return false;
+    for (const auto& file : files)
+        OpenDocument(file);
+    return true;
 }
 
 void App::Event_OpenDocument(const std::shared_ptr<FolderItem>& item) {
+    std::shared_ptr<MainWindow> window;
     try {
         CloseLaunchWindow();
-        MainWindow::Create(*this, item)->Show();
+        window = MainWindow::Create(*this, item);
+        window->Show();
     } catch (const RuntimeException&) {
         Desktop().MsgBox("The file could not be opened.");
+        return;
     }
+    window->OfferRestore();
 }
 
 void App::CloseLaunchWindow() {

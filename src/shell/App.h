@@ -36,6 +36,7 @@ class App : public Application {
     bool _FileOpen_Action();
     bool _AboutSorbel_Action();
     void CloseLaunchWindow();
+    bool OfferUnsavedDocuments();
 
     std::weak_ptr<LaunchWindow> mLaunchWindow;
     std::weak_ptr<AboutWindow> mAboutWindow;

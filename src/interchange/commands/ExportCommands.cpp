@@ -53,6 +53,7 @@ bool MainWindow::_ExportExporttoApplication_Action() {
     const std::shared_ptr<FolderItem> f = dialog.ShowModalWithin(*this);
     if (!f) return true;
     StringSet->EditedApplication = f;  // not an undo step; the next save writes it
+    NoteUnsaved();
     ExportToApplication(false);
     return true;
 }

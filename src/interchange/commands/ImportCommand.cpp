@@ -23,10 +23,14 @@ bool MainWindow::_FileImportExistingFile_Action() {
     const std::shared_ptr<FolderItem> f = dialog.ShowModalWithin(*this);
     const Busy busy(App().Desktop(), f != nullptr);
     if (f && ImportFile(*f) == Imported::Cancelled) return false;
+    RefreshAfterImport();
+    return false;
+}
+
+void MainWindow::RefreshAfterImport() {
     FilterStrings();
     RebuildHistoryPopup();
     BringDirtyInStep();
-    return false;
 }
 
 MainWindow::Imported MainWindow::ImportFile(const FolderItem& f) {
