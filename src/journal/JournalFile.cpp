@@ -33,6 +33,11 @@ std::unique_ptr<JournalFile> JournalFile::OpenLeftBehind(const String& path) try
     return nullptr;
 }
 
+/// At once, though the file may stay open until it has been flushed.
+JournalFile::~JournalFile() {
+    if (mFile) flock(mFile->Number(), LOCK_UN);
+}
+
 std::shared_ptr<const ByteBuffer> JournalFile::Read() const {
     return ReadContents(FolderItem(mPath));
 }

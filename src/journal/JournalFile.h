@@ -16,6 +16,7 @@ class JournalFile {
     JournalFile() = default;
     /// One that somebody has left behind. Null: it is gone, or whoever wrote it lives.
     static std::unique_ptr<JournalFile> OpenLeftBehind(const String& path);
+    ~JournalFile();
     JournalFile(const JournalFile&) = delete;
     JournalFile& operator=(const JournalFile&) = delete;
 

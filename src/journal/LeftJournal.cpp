@@ -144,15 +144,15 @@ std::optional<LeftJournal::Unsaved> LeftJournal::Compare(const std::shared_ptr<L
     unsaved.Last = Date::FromLocalSeconds(*last);
     unsaved.FileHasChanged = !IsOurs(state);
     unsaved.Language = replay.Result().Language;
-    unsaved.Application = replay.Application() ? replay.Application() : document->EditedApplication;
+    unsaved.Application = replay.Result().EditedApplication;
     unsaved.Change = std::make_unique<RestoreChange>();
     unsaved.Change->Document = document;
     unsaved.Change->Changes = ChangesOf(replay, document);
     unsaved.Change->Versions = replay.Result().History;
     unsaved.Rows = static_cast<int64_t>(unsaved.Change->Changes.size());
-    const bool sameApplication =
-        unsaved.Application == document->EditedApplication ||
-        (document->EditedApplication && *unsaved.Application == *document->EditedApplication);
+    const bool sameApplication = unsaved.Application == document->EditedApplication ||
+                                 (unsaved.Application && document->EditedApplication &&
+                                  *unsaved.Application == *document->EditedApplication);
     if (unsaved.Rows == 0 && sameApplication && unsaved.Language == document->Language &&
         unsaved.Change->Versions == document->History)
         return std::nullopt;

@@ -34,14 +34,14 @@ void Replay::Run(const Record& record) {
             return;
         case RecordType::BatchEntries:
             if (mBatches.empty()) throw OutOfBoundsException("No batch has begun.");
-            return SetEntries(reader, &mBatches.back().Steps);
+            return SetEntries(reader, &mBatches.back());
         case RecordType::BatchTurned:
             return Turn(RecordReader(reader).Take<uint64_t>());
         case RecordType::Language:
             mResult->Language = record.Payload;
             return;
         case RecordType::Application:
-            mApplication = GetFolderItemFromSaveInfo(record.Payload);
+            mResult->EditedApplication = GetFolderItemFromSaveInfo(record.Payload);
             return;
         case RecordType::Version:
             return AddVersion(record.Payload);
@@ -63,7 +63,10 @@ void Replay::TakeBase(RecordReader record) {
 void Replay::SetEntries(RecordReader record, Batch* batch) {
     while (!record.AtEnd()) {
         Step step = Set(EntryRecord::TakeFrom(record));
-        if (batch) batch->push_back(std::move(step));
+        if (!batch) continue;
+        const size_t first = batch->FirstOfRow.try_emplace(step.Row, batch->Steps.size()).first->second;
+        if (first < batch->Steps.size()) step.Before = batch->Steps[first].Before;
+        batch->Steps.push_back(std::move(step));
     }
 }
 
@@ -76,7 +79,8 @@ Replay::Step Replay::Set(const EntryRecord& entry) {
     const EntryValue* any = values ? values->Find(PlatformAny) : nullptr;
     SharedText original = present ? present->Original : any ? any->Original : SharedText();
     if (entry.ChangesDefault && !(entry.IsNew && present)) original = SharedText(entry.Default);
-    Step step{row, present ? present->Localized : SharedText(), SharedText(entry.Localized)};
+    Step step{row, present ? present->Localized : SharedText(), SharedText(entry.Localized), original,
+              entry.ChangesDefault};
     mResult->StoreEntry(entry.Platform, mRows[row].Identifier, original, step.After);
     return step;
 }
@@ -92,20 +96,21 @@ size_t Replay::IndexOfRow(StringView identifier, int64_t platform) {
 
 void Replay::Turn(uint64_t index) {
     if (index >= mBatches.size()) throw OutOfBoundsException("There is no such batch.");
-    RunBatch& batch = mBatches[static_cast<size_t>(index)];
+    Batch& batch = mBatches[static_cast<size_t>(index)];
     batch.IsRun = !batch.IsRun;
-    if (batch.IsRun)
-        for (const Step& step : batch.Steps)
-            Put(mRows[step.Row], step.After);
-    else  // a row may be in it more than once
-        for (auto step = batch.Steps.rbegin(); step != batch.Steps.rend(); ++step)
-            Put(mRows[step->Row], step->Before);
+    for (const Step& step : batch.Steps)
+        Put(step, batch.IsRun ? step.After : step.Before);
 }
 
-void Replay::Put(const Row& row, const SharedText& localized) {
+/// Both directions leave the default value that the batch carries. That of a file that others have changed
+/// stands, unless the batch was one of default values.
+void Replay::Put(const Step& step, const SharedText& localized) {
+    const Row& row = mRows[step.Row];
     const PlatformTable* values = mResult->Entries.Find(row.Identifier);
     const EntryValue* present = values ? values->Find(row.Platform) : nullptr;
-    if (present) mResult->StoreEntry(row.Platform, row.Identifier, SharedText(present->Original), localized);
+    const bool own = mSameFile || step.ChangesDefault || !present;
+    const SharedText original = own ? step.Default : present->Original;
+    mResult->StoreEntry(row.Platform, row.Identifier, original, localized);
 }
 
 // --- Versions ---

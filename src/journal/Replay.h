@@ -1,7 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "journal/EntryRecord.h"
@@ -28,22 +28,26 @@ class Replay {
     [[nodiscard]] const std::vector<Row>& Rows() const { return mRows; }
     /// The document with the changes.
     [[nodiscard]] const LocalizedStringSet& Result() const { return *mResult; }
-    /// The application exported into, if that was a change.
-    [[nodiscard]] const std::shared_ptr<FolderItem>& Application() const { return mApplication; }
 
   private:
     struct Step {
         size_t Row;
         SharedText Before, After;  // translations
+        SharedText Default;
+        bool ChangesDefault;
     };
-    using Batch = std::vector<Step>;
+    struct Batch {
+        std::vector<Step> Steps;
+        std::unordered_map<size_t, size_t> FirstOfRow;  // a row may be in it more than once
+        bool IsRun = true;
+    };
 
     void Run(const Record& record);
     void TakeBase(RecordReader record);
     void SetEntries(RecordReader record, Batch* batch);
     Step Set(const EntryRecord& entry);
     void Turn(uint64_t index);
-    void Put(const Row& row, const SharedText& localized);
+    void Put(const Step& step, const SharedText& localized);
     void AddVersion(StringView bytes);
     void TakeVersions(RecordReader record);
     void AddVersionsOf(const std::vector<uint64_t>& numbers);
@@ -54,14 +58,9 @@ class Replay {
     std::shared_ptr<LocalizedStringSet> mResult;
     std::vector<Row> mRows;
     Dictionary<SharedText, std::vector<size_t>> mRowsByIdentifier;
-    struct RunBatch {
-        Batch Steps;
-        bool IsRun = true;
-    };
-    std::vector<RunBatch> mBatches;
+    std::vector<Batch> mBatches;
     uint64_t mBaseVersions = 0;
     std::vector<std::shared_ptr<LocalizedStringSet>> mVersions;  // told in the journal
-    std::shared_ptr<FolderItem> mApplication;
 };
 
 }  // namespace sorbel
