@@ -70,7 +70,7 @@ class QtLabel : public ControlView {
     void Show(Aspects changed) override {
         if (changed.Has(Aspect::Text)) {
             QString text = ToQt(ReplaceLineEndings(mControl.Text(), "\n"));
-            if (!mControl.Mnemonic) text.replace(u"&"_qs, u"&&"_qs);
+            if (!mControl.Mnemonic) text.replace(QStringLiteral("&"), QStringLiteral("&&"));
             mLabel.SetMarkedText(text);
             mShortcut.setKey(QKeySequence::mnemonic(text));
         }

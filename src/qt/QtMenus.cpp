@@ -53,7 +53,7 @@ void AddAbove(QMenu& menu, const MenuChoices& choices, std::function<void()>& ch
     if (choices.empty()) return;
     QAction* const below = menu.insertSeparator(menu.actions().value(0));
     for (const auto& [text, act] : choices) {
-        auto* action = new QAction(QString(text).replace(u"&"_qs, u"&&"_qs), &menu);
+        auto* action = new QAction(QString(text).replace(QStringLiteral("&"), QStringLiteral("&&")), &menu);
         action->setEnabled(static_cast<bool>(act));
         QObject::connect(action, &QAction::triggered, [&chosen, act = act] { chosen = act; });
         menu.insertAction(below, action);

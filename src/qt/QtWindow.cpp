@@ -135,7 +135,8 @@ void QtWindow::ShowWindow(Aspects changed) {
     if (changed.Has(Aspect::Modified) || changed.Has(Aspect::Text)) {
         const auto& file = mModel->RepresentedFile();
         setWindowFilePath(file ? ToQt(file->NativePath()) : QString());
-        setWindowTitle(ToQt(mModel->Title()).replace(u"[*]"_qs, u"[*][*]"_qs) + u"[*]"_qs);
+        setWindowTitle(ToQt(mModel->Title()).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")) +
+                       QStringLiteral("[*]"));
         setWindowModified(mModel->ContentsChanged());
     }
     ShowFocus();

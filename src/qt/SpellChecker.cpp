@@ -23,9 +23,10 @@ QByteArray EncodingName(const char* name) {
 
 /// Without extension; letter case is ignored, since codes are written in every way.
 QString DictionaryAt(const QDir& folder, const QString& pattern) {
-    for (const QString& file : folder.entryList({pattern + u".dic"_qs}, QDir::Files, QDir::Name)) {
+    for (const QString& file :
+         folder.entryList({pattern + QStringLiteral(".dic")}, QDir::Files, QDir::Name)) {
         const QString path = folder.filePath(file.chopped(4));
-        if (QFile::exists(path + u".aff"_qs)) return path;
+        if (QFile::exists(path + QStringLiteral(".aff"))) return path;
     }
     return {};
 }
@@ -33,8 +34,8 @@ QString DictionaryAt(const QDir& folder, const QString& pattern) {
 }  // namespace
 
 SpellChecker::SpellChecker(const QString& path)
-    : mHunspell(std::make_unique<Hunspell>(QFile::encodeName(path + u".aff"_qs).constData(),
-                                           QFile::encodeName(path + u".dic"_qs).constData())),
+    : mHunspell(std::make_unique<Hunspell>(QFile::encodeName(path + QStringLiteral(".aff")).constData(),
+                                           QFile::encodeName(path + QStringLiteral(".dic")).constData())),
       mEncoding(EncodingName(mHunspell->get_dic_encoding())) {}
 
 SpellChecker::~SpellChecker() = default;
@@ -66,7 +67,8 @@ QStringList SpellChecker::Suggestions(const QString& word) const {
 
 QStringList DictionaryFolders() {
     QStringList folders = qEnvironmentVariable("DICPATH").split(QDir::listSeparator(), Qt::SkipEmptyParts);
-    for (const auto& name : {u"hunspell"_qs, u"myspell"_qs, u"myspell/dicts"_qs})
+    for (const auto& name :
+         {QStringLiteral("hunspell"), QStringLiteral("myspell"), QStringLiteral("myspell/dicts")})
         folders += QStandardPaths::locateAll(QStandardPaths::GenericDataLocation, name,
                                              QStandardPaths::LocateDirectory);
     return folders;
@@ -77,8 +79,8 @@ QString FindDictionary(const QString& code, const QStringList& folders) {
     if (!form.match(code).hasMatch()) return {};
     const QString name = QString(code).replace(u'-', u'_');
     const QString main = QLocale(name.section(u'_', 0, 0)).name();  // "C" for an unknown language
-    const QString language = main == u"C"_qs ? name.section(u'_', 0, 0) : main.section(u'_', 0, 0);
-    for (const QString& pattern : {name, main, language, language + u"_*"_qs})
+    const QString language = main == u"C" ? name.section(u'_', 0, 0) : main.section(u'_', 0, 0);
+    for (const QString& pattern : {name, main, language, language + QStringLiteral("_*")})
         for (const QString& folder : folders)
             if (const QString path = DictionaryAt(QDir(folder), pattern); !path.isEmpty()) return path;
     return {};

@@ -92,10 +92,10 @@ TEST_F(Spelling, DictionariesMayHaveAnEncodingOfTheirOwn) {
                   "ISO8859-1");
     AddDictionary("ru_RU", "\xF1\xEB\xEE\xE2\xEE", "microsoft-cp1251");
     const SpellChecker german(mFolder.filePath("de_DE")), russian(mFolder.filePath("ru_RU"));
-    EXPECT_TRUE(german.IsCorrect(u"Übung"_qs));
-    EXPECT_FALSE(german.IsCorrect(u"слово"_qs));
-    EXPECT_TRUE(russian.IsCorrect(u"слово"_qs));
-    EXPECT_EQ(german.Suggestions(u"Übnug"_qs), QStringList(u"Übung"_qs));
+    EXPECT_TRUE(german.IsCorrect(QStringLiteral("Übung")));
+    EXPECT_FALSE(german.IsCorrect(QStringLiteral("слово")));
+    EXPECT_TRUE(russian.IsCorrect(QStringLiteral("слово")));
+    EXPECT_EQ(german.Suggestions(QStringLiteral("Übnug")), QStringList(QStringLiteral("Übung")));
 }
 
 TEST_F(Spelling, UnknownWordsAreMarkedAfterTheEvent) {
