@@ -4,7 +4,7 @@ include(GNUInstallDirs)
 
 add_library(sorbel_options INTERFACE)
 target_compile_options(sorbel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-  -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+  -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual $<$<BOOL:${SORBEL_WERROR}>:-Werror>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # False alarms on `"text" + String` when optimising, gone in g++ 13.
   target_compile_options(sorbel_options INTERFACE -Wno-restrict)
