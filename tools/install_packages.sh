@@ -1,19 +1,28 @@
 #!/usr/bin/env bash
-# Installs what is missing of the Debian or Ubuntu packages of some groups.
-# usage: install_packages.sh GROUP...      build, check or screen
+# Installs what is missing of the Debian packages of some groups.
+# usage: install_packages.sh GROUP...        build, check or screen
+#        install_packages.sh --formatter     tells which program lays the code out
 set -euo pipefail
 
+# One version by name: others lay the same code out differently.
+formatter=clang-format-14
+if [[ ${1:-} == --formatter ]]; then
+    echo "$formatter"
+    exit
+fi
+
 packages=()
+optional=() # not every release has them
 for group in "$@"; do
     case $group in
         build)
             packages+=(g++ cmake ninja-build python3 qt6-base-dev libicu-dev libpng-dev
                 nlohmann-json3-dev libgtest-dev fonts-dejavu-core pkg-config libhunspell-dev libxxhash-dev)
             ;;
-        # clang-format of one version by name: others lay the same code out differently.
         check)
-            packages+=(clang-format-14 gettext gnustep-base-runtime python3-polib
+            packages+=(gettext gnustep-base-runtime python3-polib
                 appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon)
+            optional+=("$formatter")
             ;;
         # A virtual screen, and what uses the program on it.
         screen) packages+=(xvfb xauth openbox xdotool imagemagick xclip) ;;
@@ -25,19 +34,29 @@ for group in "$@"; do
 done
 
 if ! command -v dpkg >/dev/null; then
-    echo "Not a Debian system; these are needed under their names here: ${packages[*]}" >&2
+    echo "Not a Debian system; these are needed under their names here: ${packages[*]} ${optional[*]}" >&2
     exit 0
 fi
 
-missing=()
-for package in "${packages[@]}"; do
-    status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)
-    [[ $status == installed ]] || missing+=("$package")
-done
-[[ ${#missing[@]} -gt 0 ]] || exit 0
+missing() {
+    local status
+    status=$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null || true)
+    [[ $status != installed ]]
+}
 
-echo "Installing ${missing[*]}"
-as_root=(env DEBIAN_FRONTEND=noninteractive)
-[[ $(id -u) -eq 0 ]] || as_root=(sudo "${as_root[@]}")
-"${as_root[@]}" apt-get update
-"${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}"
+install() {
+    local as_root=(env DEBIAN_FRONTEND=noninteractive)
+    [[ $(id -u) -eq 0 ]] || as_root=(sudo "${as_root[@]}")
+    echo "Installing $*"
+    "${as_root[@]}" apt-get update
+    "${as_root[@]}" apt-get install -y --no-install-recommends "$@"
+}
+
+needed=()
+for package in "${packages[@]}"; do
+    if missing "$package"; then needed+=("$package"); fi
+done
+if [[ ${#needed[@]} -gt 0 ]]; then install "${needed[@]}"; fi
+for package in "${optional[@]}"; do
+    if missing "$package" && apt-cache show "$package" >/dev/null 2>&1; then install "$package"; fi
+done
