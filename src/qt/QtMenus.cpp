@@ -55,7 +55,7 @@ void AddAbove(QMenu& menu, const MenuChoices& choices, std::function<void()>& ch
     for (const auto& [text, act] : choices) {
         auto* action = new QAction(QString(text).replace(QStringLiteral("&"), QStringLiteral("&&")), &menu);
         action->setEnabled(static_cast<bool>(act));
-        QObject::connect(action, &QAction::triggered, [&chosen, act = act] { chosen = act; });
+        QObject::connect(action, &QAction::triggered, [&chosen, command = act] { chosen = command; });
         menu.insertAction(below, action);
     }
 }
