@@ -10,6 +10,28 @@ namespace sorbel {
 
 namespace {
 
+/// Pipes and devices have no contents that could be read whole or replaced, and may keep a reader waiting.
+void RequireRegular(const struct stat& status) {
+    if (S_ISDIR(status.st_mode)) ThrowSystemError(EISDIR);
+    if (!S_ISREG(status.st_mode)) throw IOException("Not a regular file");
+}
+
+/// Whether the path leads to a file, asked without opening it, since devices act on being opened.
+bool LeadsToFile(const String& path) {
+    struct stat status = {};
+    if (path.find('\0') != String::npos) ThrowSystemError(EINVAL);
+    if (stat(path.c_str(), &status) == 0) return RequireRegular(status), true;
+    if (errno != ENOENT) ThrowSystemError(errno);
+    return false;
+}
+
+/// Asked again of what was opened: it may have taken the place of a file meanwhile.
+struct stat RegularStatus(const FileDescriptor& file) {
+    const struct stat status = file.Status();
+    RequireRegular(status);
+    return status;
+}
+
 /// Reads until the buffer is full or the file ends; the number of bytes that the buffer then holds.
 size_t Fill(const FileDescriptor& file, ByteBuffer& buffer, size_t filled) {
     while (filled < buffer.View().size()) {
@@ -30,16 +52,16 @@ std::shared_ptr<ByteBuffer> Doubled(const ByteBuffer& buffer) {
 }
 
 /// One byte more than the size that is told, so that a file that has not grown is read without a second
-/// buffer. Pipes, devices and some system files tell 0.
+/// buffer. Some of the system's files tell 0.
 size_t FirstBufferSize(const struct stat& status) {
     constexpr size_t least = 4096;
-    return std::max(least, S_ISREG(status.st_mode) ? static_cast<size_t>(status.st_size) + 1 : 0);
+    return std::max(least, static_cast<size_t>(status.st_size) + 1);
 }
 
 /// Takes the space for `size` bytes without a change to the file. A system that can't do so is no failure;
 /// the writing will tell then.
 void Reserve(const FileDescriptor& file, const struct stat& before, size_t size) {
-    if (size == 0 || !S_ISREG(before.st_mode)) return;
+    if (size == 0) return;
     const int result = Uninterrupted(
         [&] { return fallocate(file.Number(), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)); });
     const int error = errno;
@@ -61,21 +83,21 @@ void WriteAll(const FileDescriptor& file, StringView bytes) {
     }
 }
 
-void CutAndFlush(const FileDescriptor& file, const struct stat& before, size_t size) {
+void CutAndFlush(const FileDescriptor& file, size_t size) {
     const auto cut = [&] {
         return ftruncate(file.Number(), static_cast<off_t>(size));
     };
-    if (S_ISREG(before.st_mode) && Uninterrupted(cut) != 0) ThrowSystemError(errno);
+    if (Uninterrupted(cut) != 0) ThrowSystemError(errno);
     const bool flushed = Uninterrupted([&] { return fsync(file.Number()); }) == 0;
-    if (!flushed && errno != EINVAL && errno != EROFS) ThrowSystemError(errno);  // devices don't flush
+    if (!flushed && errno != EINVAL && errno != EROFS) ThrowSystemError(errno);  // some systems cannot flush
 }
 
 void WriteInto(const String& path, int flags, StringView bytes) {
     FileDescriptor file(path, O_WRONLY | flags);
-    const struct stat before = file.Status();
+    const struct stat before = RegularStatus(file);
     Reserve(file, before, bytes.size());
     WriteAll(file, bytes);
-    CutAndFlush(file, before, bytes.size());
+    CutAndFlush(file, bytes.size());
     file.Close();
 }
 
@@ -90,8 +112,9 @@ void Remove(const String& path) {
 ByteBuffer::ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {}
 
 std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f) try {
+    if (!LeadsToFile(f.NativePath())) ThrowSystemError(ENOENT);
     const FileDescriptor file(f.NativePath(), O_RDONLY);
-    auto buffer = std::make_shared<ByteBuffer>(FirstBufferSize(file.Status()));
+    auto buffer = std::make_shared<ByteBuffer>(FirstBufferSize(RegularStatus(file)));
     size_t size = Fill(file, *buffer, 0);
     while (size == buffer->View().size()) {
         buffer = Doubled(*buffer);
@@ -100,12 +123,12 @@ std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f) try {
     buffer->Shrink(size);
     return buffer;
 } catch (const std::bad_alloc&) {
-    throw IOException("The file is too large for the memory.");
+    ThrowSystemError(ENOMEM);
 }
 
 void WriteContents(const FolderItem& f, StringView bytes) {
     const String& path = f.NativePath();
-    const bool isNew = !f.Exists();
+    const bool isNew = !LeadsToFile(path);
     try {
         WriteInto(path, isNew ? O_CREAT : 0, bytes);
     } catch (const IOException&) {

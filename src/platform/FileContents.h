@@ -21,12 +21,14 @@ class ByteBuffer {
     size_t mSize;
 };
 
-/// The whole file, whatever its kind. Fails with IOException.
+/// The whole file, which must be a regular one: nothing here ever waits for a pipe or a device. Fails with
+/// IOException, whose message is the system's reason.
 [[nodiscard]] std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f);
 
-/// Makes these bytes the file's contents, in place: owner, mode and links stay. Space is reserved before the
-/// old bytes are touched, so that a full disk leaves them as they were; the file is flushed to disk before
-/// the return. A file that does not exist is created. Fails with IOException.
+/// Makes these bytes the contents of the regular file, in place: owner, mode and links stay. Space is
+/// reserved before the old bytes are touched, so that a full disk leaves them as they were; the file is flushed to disk before the return. A file that does not
+/// exist is created, and removed again if it cannot be finished. Fails with IOException, whose message is the
+/// system's reason.
 void WriteContents(const FolderItem& f, StringView bytes);
 
 }  // namespace sorbel

@@ -26,12 +26,14 @@ auto Uninterrupted(Call call) {
     return result;
 }
 
-/// An open file that is closed in the end. Its failures are IOExceptions.
+/// An open file that is closed in the end. Its failures are IOExceptions with the system's text.
 class FileDescriptor {
   public:
+    /// Never waits: not for the other end of a pipe, and not for a device.
     FileDescriptor(const String& path, int flags, mode_t mode = 0666) {
         if (path.find('\0') != String::npos) ThrowSystemError(EINVAL);
-        mNumber = Uninterrupted([&] { return open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); });
+        constexpr int always = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+        mNumber = Uninterrupted([&] { return open(path.c_str(), flags | always, mode); });
         if (mNumber < 0) ThrowSystemError(errno);
     }
     FileDescriptor(const FileDescriptor&) = delete;
