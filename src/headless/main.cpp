@@ -5,6 +5,7 @@
 #include "headless/Arguments.h"
 #include "headless/Session.h"
 #include "platform/Date.h"
+#include "platform/FileSizeSignal.h"
 #include "platform/SpecialFolder.h"
 
 using namespace sorbel;
@@ -44,6 +45,7 @@ void SetUp(const Arguments& arguments, HeadlessClock& clock) {
 }  // namespace
 
 int main(int count, char** words) {
+    SurviveFileSizeLimit();
     std::optional<Arguments> arguments = ParseArguments({words + 1, words + count});
     if (!arguments) {
         std::cerr << Usage;

@@ -1,5 +1,7 @@
 #include "platform/FileContents.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <new>
@@ -56,6 +58,12 @@ std::shared_ptr<ByteBuffer> Doubled(const ByteBuffer& buffer) {
 size_t FirstBufferSize(const struct stat& status) {
     constexpr size_t least = 4096;
     return std::max(least, static_cast<size_t>(status.st_size) + 1);
+}
+
+/// A write beyond the limit for the size of files would stop in the middle, and reserving does not see it.
+void RequireWithinLimit(size_t size) {
+    struct rlimit limit = {};
+    if (getrlimit(RLIMIT_FSIZE, &limit) == 0 && size > limit.rlim_cur) ThrowSystemError(EFBIG);
 }
 
 /// Takes the space for `size` bytes without a change to the file. A system that can't do so is no failure;
@@ -129,6 +137,7 @@ std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f) try {
 void WriteContents(const FolderItem& f, StringView bytes) {
     const String& path = f.NativePath();
     const bool isNew = !LeadsToFile(path);
+    RequireWithinLimit(bytes.size());
     try {
         WriteInto(path, isNew ? O_CREAT : 0, bytes);
     } catch (const IOException&) {

@@ -25,8 +25,9 @@ class ByteBuffer {
 /// IOException, whose message is the system's reason.
 [[nodiscard]] std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f);
 
-/// Makes these bytes the contents of the regular file, in place: owner, mode and links stay. Space is
-/// reserved before the old bytes are touched, so that a full disk leaves them as they were; the file is flushed to disk before the return. A file that does not
+/// Makes these bytes the contents of the regular file, in place: owner, mode and links stay. The limit for
+/// the size of files is asked and space is reserved before the old bytes are touched, so that these and a
+/// full disk leave them as they were; the file is flushed to disk before the return. A file that does not
 /// exist is created, and removed again if it cannot be finished. Fails with IOException, whose message is the
 /// system's reason.
 void WriteContents(const FolderItem& f, StringView bytes);

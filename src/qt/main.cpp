@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QStandardPaths>
 
+#include "platform/FileSizeSignal.h"
 #include "platform/SpecialFolder.h"
 #include "qt/DesktopAppearance.h"
 #include "qt/QtBackend.h"
@@ -25,6 +26,7 @@ void SetFolders() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    sorbel::SurviveFileSizeLimit();
     QApplication desktop(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Sorbel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SORBEL_VERSION));

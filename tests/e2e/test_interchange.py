@@ -1,7 +1,9 @@
 import json
 import os
 import pathlib
+import resource
 import shutil
+import signal
 import unittest
 
 import locale_file
@@ -130,7 +132,9 @@ class Interchange(Case):
         for name, contents in [("cut.nvl", locale[:-1]), ("empty.txt", b""), ("words.strings", b"no delimiter\na\tb\n")]:
             (self.folder / name).write_bytes(contents)
             self.assertEqual(self.imports(program, self.folder / name, shown=2), [failure(name)])
-        for path in (self.folder, self.folder / "missing.txt"):
+        for name in ("pipe.nvl", "pipe.txt", "pipe.csv"):
+            os.mkfifo(self.folder / name)
+        for path in (self.folder, *(self.folder / name for name in ("missing.txt", "pipe.nvl", "pipe.txt", "pipe.csv"))):
             self.assertEqual(self.imports(program, path, shown=2), [failure(path.name)])
         short = self.folder / "short.txt"
         short.write_bytes(b"greeting\tAny\t\tnew\ngreeting\tAny\tthree\n")
@@ -229,17 +233,38 @@ class Interchange(Case):
         document = program.document()
         self.assertEqual((document["entries"], document["dirty"], document["internalChange"]), (ENTRIES, False, 0))
 
-    def test_a_full_disk_is_told_of(self):
+    def test_pipes_and_devices_are_not_written(self):
         program = self.program(self.write())
-        mac = self.bundle("full.app", "Contents/Resources/de.lproj")
+        mac = self.bundle("odd.app", "Contents/Resources/de.lproj")
         (self.folder / "Resources").mkdir()
-        for file in (mac / "Contents/Resources/de.lproj/Localizable.strings", self.folder / "Resources/de.mo"):
-            file.symlink_to("/dev/full")
-        for target in (mac, self.folder / "full.exe"):
+        pipe = self.folder / "Resources/de.mo"
+        os.mkfifo(pipe)
+        (mac / "Contents/Resources/de.lproj/Localizable.strings").symlink_to("/dev/full")
+        for target in (mac, self.folder / "odd.exe"):
             self.assertEqual(self.exports(program, target, shown=2), [NOT_UPDATED])
-        program.answer_file("/dev/full")
-        program.call("menu", shown=2, unhandled="IOException", name="ExportExportTabDelimited")
+        for path in ("/dev/full", pipe):
+            program.answer_file(path)
+            program.call("menu", shown=2, unhandled="IOException", name="ExportExportTabDelimited")
         self.assertEqual(program.document()["entries"], ENTRIES)
+
+    def test_a_limit_for_the_size_of_files_leaves_the_old_bytes(self):
+        document, out = self.write(), self.folder / "out.txt"
+        before = document.read_bytes()
+        out.write_bytes(b"old")
+        program = self.program(document)
+        program.select(0)
+        program.type("longer")
+        limit = len(before)
+        resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE, (limit, limit))
+        program.menu("FileSave")
+        self.assertEqual(document.read_bytes(), before)
+        program.type("l" * limit)
+        for path in (out, self.folder / "new.txt"):
+            program.answer_file(path)
+            program.call("menu", shown=2, unhandled="IOException", name="ExportExportTabDelimited")
+        self.assertEqual((out.read_bytes(), path.exists()), (b"old", False))
+        program.process.send_signal(signal.SIGXFSZ)  # as from a write elsewhere
+        self.assertEqual(len(program.windows()), 1)
 
     def test_the_language_names_the_folder(self):
         for language, folder in [("pt_BR", "pt_BR.lproj"), ("", ".lproj"), ("../x", None)]:

@@ -1,3 +1,4 @@
+import os
 import unittest
 
 import locale_file
@@ -33,7 +34,11 @@ class Windows(Case):
         dateless = self.write("date.nvl", date="yesterday")
         broken.write_bytes(path.read_bytes() + b"odd!\0\0\0\0")
         program = self.program()
-        for bad in (broken, dateless, self.folder / "missing.nvl", self.folder):
+        pipe = self.folder / "pipe.nvl"
+        os.mkfifo(pipe)
+        endless = self.folder / "endless.nvl"
+        endless.symlink_to("/dev/zero")
+        for bad in (broken, dateless, self.folder / "missing.nvl", self.folder, pipe, endless):
             with self.subTest(file=bad.name):
                 self.assertEqual(program.open(bad, shown=1)["shown"], UNREADABLE)
                 self.assertEqual(classes(program), [])

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -13,6 +14,8 @@
 #include <functional>
 
 #include "platform/Exceptions.h"
+#include "platform/FileDescriptor.h"
+#include "platform/FileSizeSignal.h"
 #include "platform/TextStreams.h"
 #include "support/TemporaryFolder.h"
 
@@ -76,6 +79,22 @@ String Reason(Action action) {
         return failure.Message();
     }
 }
+
+/// A limit for the size of files, for as long as it lives.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t size) {
+        getrlimit(RLIMIT_FSIZE, &mBefore);
+        const rlimit limit{size, mBefore.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &mBefore); }
+
+  private:
+    rlimit mBefore{};
+};
 
 class FileContentsTest : public testing::Test {
   protected:
@@ -194,6 +213,21 @@ TEST_F(FileContentsTest, AFullDiskLeavesTheOldBytes) {
     failures.Reserve = EOPNOTSUPP;
     WriteContents(mFile, "a system that reserves nothing");
     EXPECT_EQ(Contents(mFile.NativePath()), "a system that reserves nothing");
+}
+
+TEST_F(FileContentsTest, ALimitForFileSizesLeavesTheOldBytes) {
+    WriteContents(mFile, "the old bytes");
+    const FileSizeLimit limit(20);
+    EXPECT_EQ(WritingFails(mFile.NativePath(), String(21, 'x')), std::strerror(EFBIG));
+    EXPECT_EQ(Contents(mFile.NativePath()), "the old bytes");
+    EXPECT_EQ(WritingFails(mFolder / "new", String(21, 'x')), std::strerror(EFBIG));
+    EXPECT_FALSE(fs::exists(mFolder / "new"));
+    EXPECT_EQ(WritingFails(mFile.NativePath(), String(20, 'x')), "");
+    EXPECT_EQ(Contents(mFile.NativePath()), String(20, 'x'));
+    SurviveFileSizeLimit();
+    const FileDescriptor file(mFile.NativePath(), O_WRONLY | O_APPEND);
+    EXPECT_EQ(write(file.Number(), "x", 1), -1);
+    EXPECT_EQ(errno, EFBIG);
 }
 
 TEST_F(FileContentsTest, LinesEndInThreeWays) {
