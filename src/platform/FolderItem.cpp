@@ -40,19 +40,38 @@ bool IsClean(StringView path) {
            path.find("/.") == StringView::npos;
 }
 
-String Clean(StringView path) {
-    if (IsClean(path)) return String(path);
-    std::error_code error;
-    fs::path clean(path);
-    if (clean.is_relative()) clean = fs::current_path(error) / clean;
-    String text = clean.lexically_normal().native();
-    if (text.size() > 1 && text.ends_with('/')) text.pop_back();
-    return text.starts_with('/') ? text : "/" + text;
-}
-
 /// The path without slashes behind it; empty at the root.
 StringView WithoutEndSlashes(StringView path) {
     return path.substr(0, path.find_last_not_of('/') + 1);
+}
+
+/// The name behind the last slash.
+StringView LastName(StringView path) {
+    return path.substr(path.rfind('/') + 1);
+}
+
+/// Goes one name on, or back for ".." behind what is a folder for certain. Behind a link it is the folder
+/// that holds the link's target, which only the system can tell, and behind nothing it is a failure.
+void Step(String& path, StringView name) {
+    const bool isRoot = path.empty();
+    const bool isBack = name == "..";
+    if (isBack && !isRoot && LastName(path) != ".." && SortOf(path, false) == S_IFDIR)
+        path.resize(path.rfind('/'));
+    else if (!name.empty() && name != "." && !(isBack && isRoot))
+        path.append("/").append(name);
+}
+
+String Clean(StringView path) {
+    if (IsClean(path)) return String(path);
+    String clean;
+    std::error_code ignored;
+    if (!path.starts_with('/')) clean = WithoutEndSlashes(fs::current_path(ignored).native());
+    for (size_t start = 0; start < path.size();) {
+        const size_t end = std::min(path.find('/', start), path.size());
+        Step(clean, path.substr(start, end - start));
+        start = end + 1;
+    }
+    return clean.empty() ? "/" : clean;
 }
 
 }  // namespace
@@ -61,7 +80,7 @@ FolderItem::FolderItem(StringView path) : mPath(Clean(path)) {}
 
 String FolderItem::Name() const {
     const StringView path = WithoutEndSlashes(mPath);
-    return path.empty() ? "/" : String(path.substr(path.rfind('/') + 1));
+    return path.empty() ? "/" : String(LastName(path));
 }
 
 String FolderItem::Type() const {
@@ -82,6 +101,7 @@ bool FolderItem::Directory() const {
 std::shared_ptr<FolderItem> FolderItem::Parent() const {
     const StringView path = WithoutEndSlashes(mPath);
     if (path.empty()) return nullptr;
+    if (LastName(path) == "..") return std::make_shared<FolderItem>(String(path) + "/..");
     return std::make_shared<FolderItem>(path.substr(0, path.rfind('/') + 1));
 }
 

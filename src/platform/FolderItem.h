@@ -11,8 +11,9 @@ namespace sorbel {
 /// A file or folder by its path, whether or not it exists. Null pointers stand for "no item".
 class FolderItem {
   public:
-    /// Paths are the system's bytes; a relative one starts at the working directory. "." and ".." and surplus
-    /// slashes are taken out, symbolic links stay.
+    /// Paths are the system's bytes; a relative one starts at the working directory. "." and surplus slashes
+    /// are taken out, and ".." where it follows a folder; symbolic links stay, and so does what follows them,
+    /// so that the path means to the system what it meant before.
     explicit FolderItem(StringView path);
 
     /// The last part of the path, as stored and as shown to the user; "/" at the root.

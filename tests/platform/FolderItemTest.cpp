@@ -13,10 +13,13 @@ namespace {
 namespace fs = std::filesystem;
 
 TEST(FolderItem, PathsAreAbsoluteAndClean) {
-    EXPECT_EQ(FolderItem("/a//b/./c/../d/").NativePath(), "/a/b/d");
+    EXPECT_EQ(FolderItem("/a//b/./c/d/").NativePath(), "/a/b/c/d");
     EXPECT_EQ(FolderItem("//a").NativePath(), "/a");
+    EXPECT_EQ(FolderItem("//").NativePath(), "/");
     EXPECT_EQ(FolderItem("/a/..b/.c").NativePath(), "/a/..b/.c");
-    EXPECT_EQ(FolderItem("/a/..").NativePath(), "/");
+    EXPECT_EQ(FolderItem("/usr/lib/../x").NativePath(),
+              fs::is_symlink("/usr/lib") ? "/usr/lib/../x" : "/usr/x");
+    EXPECT_EQ(FolderItem("/usr/..").NativePath(), "/");
     EXPECT_EQ(FolderItem("/../..").NativePath(), "/");
     EXPECT_EQ(FolderItem("x/y").NativePath(), fs::current_path().native() + "/x/y");
     EXPECT_EQ(FolderItem("").NativePath(), fs::current_path().native());
@@ -74,6 +77,35 @@ TEST(FolderItem, LinksAreFollowedOnDemand) {
     EXPECT_EQ(folder.ExistingChild("real")->Name(), "real");
     for (const char* none : {"dangling", "missing", "..", ""})
         EXPECT_EQ(folder.ExistingChild(none), nullptr) << none;
+}
+
+/// What follows a link is told by the system alone.
+TEST(FolderItem, TheWayBackIsThatOfTheSystem) {
+    const TemporaryFolder temporary;
+    const auto write = [&](const String& name, StringView bytes) {
+        WriteContents(FolderItem(temporary / name), bytes);
+    };
+    for (const char* folder : {"here", "there", "there/deep"})
+        fs::create_directory(temporary / folder);
+    fs::create_directory_symlink("../there/deep", temporary / "here/link");
+    write("here/x", "beside the link");
+    write("there/x", "beside its target");
+    write("here/link/../x", "saved");
+    EXPECT_EQ(ReadContents(FolderItem(temporary / "here/x"))->View(), "beside the link");
+    EXPECT_EQ(ReadContents(FolderItem(temporary / "there/x"))->View(), "saved");
+    const struct {
+        const char *Given, *Kept;
+    } ways[] = {{"there/deep/../x", "there/x"},
+                {"there/./deep/..//../here/", "here"},
+                {"here/link/../../x", "here/link/../../x"},
+                {"here/link/.././deep/../x", "here/link/../x"},
+                {"missing/../x", "missing/../x"},
+                {"there/x/../y", "there/x/../y"}};
+    for (const auto& [given, kept] : ways)
+        EXPECT_EQ(FolderItem(temporary / given).NativePath(), temporary / kept) << given;
+    const FolderItem back(temporary / "here/link/..");
+    EXPECT_TRUE(fs::equivalent(back.Parent()->NativePath(), temporary.Path()));
+    EXPECT_EQ(ReadContents(*back.Child("x"))->View(), "saved");
 }
 
 TEST(FolderItem, SaveInfoComesBackUnchanged) {
