@@ -4,6 +4,12 @@
 
 namespace sorbel {
 
+TextInputStream::TextInputStream(std::shared_ptr<const ByteBuffer> contents)
+    : mContents(std::move(contents)) {
+    constexpr StringView mark = "\xEF\xBB\xBF";  // tells that the text is UTF-8, and is no part of it
+    if (mContents->View().starts_with(mark)) mPosition = mark.size();
+}
+
 TextInputStream TextInputStream::Open(const FolderItem& f) {
     return TextInputStream(ReadContents(f));
 }

@@ -7,7 +7,7 @@
 
 namespace sorbel {
 
-/// Reads a file of text line by line. Text stays the bytes that it is.
+/// Reads a file of text line by line. Text stays the bytes that it is, without a UTF-8 mark at its beginning.
 class TextInputStream {
   public:
     /// Fails with IOException.
@@ -20,7 +20,7 @@ class TextInputStream {
     StringView ReadAll();
 
   private:
-    explicit TextInputStream(std::shared_ptr<const ByteBuffer> contents) : mContents(std::move(contents)) {}
+    explicit TextInputStream(std::shared_ptr<const ByteBuffer> contents);
 
     std::shared_ptr<const ByteBuffer> mContents;
     size_t mPosition = 0;

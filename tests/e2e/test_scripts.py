@@ -1,4 +1,5 @@
 """Scripts: the folder, its menu, what a script reaches, and how errors are told."""
+import os
 import unittest
 
 import driver
@@ -90,6 +91,15 @@ class Scripts(driver.Case):
         self.assertEqual((reply["handled"], reply["shown"][0]["text"]),
                          (False, 'Could not open the script file named "s13.sorbel_script".'))
         self.assertEqual(program.call("menu", script="Show Scripts Folder")["launched"], [str(self.scripts)])
+
+    def test_a_mark_of_utf8_is_skipped_and_a_pipe_is_not_waited_for(self):
+        program = self.start()
+        self.install("marked.sorbel_script", "\ufeffBeep")
+        os.mkfifo(self.scripts / "pipe.sorbel_script")
+        program.menus()
+        self.assertEqual(program.call("menu", script="marked")["beeps"], 1)
+        self.assertEqual(program.call("menu", shown=1, script="pipe")["shown"][0]["text"],
+                         'Could not open the script file named "pipe.sorbel_script".')
 
     def test_a_document_is_reached_by_rows_from_1(self):
         program = self.start(self.write(entries=ENTRIES))

@@ -62,6 +62,8 @@ TEST_F(DelimitedTextTest, TheFirstLineDecidesTheDelimiter) {
         EXPECT_EQ(Imported(String(first) + "\na\tAny\t\ttab\na,Any,,comma"), result) << first;
         EXPECT_EQ(Imported(String(first) + "\r\na\tAny\t\ttab\r\na,Any,,comma\r\n"), result) << first;
     }
+    const String mark = "\xEF\xBB\xBF";
+    EXPECT_EQ(Imported(mark + "a\tAny\t\tfirst"), "first") << "behind the mark of UTF-8";
     EXPECT_EQ(Imported("\na\tAny\t\ttab"), "(not imported)") << "later lines do not count";
     EXPECT_EQ(Imported("a,Any,,cut,\there"), "cut") << "the first line is data, too";
     EXPECT_EQ(Read("x,y")->Changes.size(), 0U);

@@ -242,6 +242,10 @@ TEST_F(FileContentsTest, LinesEndInThreeWays) {
     EXPECT_EQ(lines(""), "");
     EXPECT_EQ(lines("a\n"), "a|");
     EXPECT_EQ(lines("a\r\nb\rc\nd"), "a|b|c|d|");
+    const String mark = "\xEF\xBB\xBF";
+    EXPECT_EQ(lines(mark), "");
+    EXPECT_EQ(lines(mark + mark + "a\n" + mark), mark + "a|" + mark + "|") << "only the first is a mark";
+    EXPECT_EQ(lines("\xEF\xBB"), "\xEF\xBB|");
     EXPECT_EQ(lines("\n\r\r\n\xff\r"), "|||\xff|");
     TextInputStream stream = TextInputStream::Open(mFile);
     EXPECT_EQ(stream.ReadLine(), "");

@@ -36,6 +36,13 @@ TEST_F(TextLocale, FillsTheSetAndIsNeverADocument) {
     LocalizedStringSet::CheckTextFile(FolderItem(mPath + ".missing"));
 }
 
+TEST_F(TextLocale, AMarkIsNoPartOfTheFirstRow) {
+    const String mark = "\xEF\xBB\xBF";
+    (void)ReadText(mark + "a\tAny\tA\t1\n" + mark + "b\tAny\tB\t2");
+    EXPECT_EQ(Values(Set, "a"), "A|1");
+    EXPECT_EQ(Values(Set, mark + "b"), "B|2");
+}
+
 TEST_F(TextLocale, AShortLineFailsBehindTheLinesBefore) {
     for (const char* shortLine : {"b\tAny\tB", "b", "", "b\tAny"}) {
         EXPECT_THROW(ReadText("a\tAny\tA\t1\n" + String(shortLine) + "\nc\tAny\tC\t3\n"),
