@@ -17,7 +17,10 @@ bool LocaleReader::ReadData() {
     mSet.KeepBuffer(mFile);
     Enter(mSet, nullptr, mFile->View());
     for (;;) {
-        if (const auto history = ReadUntilHistory(mFrames.top()))
+        const auto history = ReadUntilHistory(mFrames.top());
+        if (mOverrunLeft < 0)
+            return mSet.mIsValid = false;  // whichever version spent it, and whatever follows
+        if (history)
             EnterHistory(*history);
         else if (!Leave())
             return mSet.mIsValid;

@@ -51,6 +51,39 @@ TEST(LocaleRobustness, EntriesOneOverTheOther) {
     EXPECT_LT(set->ToBytes().size(), 4 * file.size());
 }
 
+/// An entry whose value takes in so many of the bytes that follow it.
+String Overrunning(int64_t bytes) {
+    return Chunk("enty", Text("idnt", "x") + "tval" + Int(8) + "strn" + Int(bytes));
+}
+
+// Together they may read as many bytes again as the file has, and not one more.
+TEST(LocaleRobustness, TheLimitOfOverrunningEntries) {
+    const String skipped = Text("lang", String(1000, 'x'));  // taken in by the entry before it, then read
+    const auto file = [&](int64_t last) {
+        return Magic + Overrunning(1000) + Overrunning(last) + skipped;
+    };
+    const int64_t size = LenB(file(0));
+    EXPECT_TRUE(Read(file(size - 1000)).Valid);
+    EXPECT_FALSE(Read(file(size - 999)).Valid);
+}
+
+TEST(LocaleRobustness, AVersionThatSpendsTheLimitSpoilsTheFile) {
+    const String skipped = Text("lang", String(1000, 'x'));
+    const auto version = [&](int64_t last) {
+        return Data("hist", Magic + Overrunning(900) + Overrunning(last) + skipped);
+    };
+    for (const String& after : {String(), Entry("a", "A", "1"), Data("hist", Magic), Overrunning(0)}) {
+        const auto file = [&](int64_t last, bool deep) {
+            return Magic + (deep ? Data("hist", Magic + version(last)) : version(last)) + after;
+        };
+        for (const bool deep : {false, true}) {
+            const int64_t left = LenB(file(0, deep)) - 900;
+            EXPECT_TRUE(Read(file(left, deep)).Valid) << after;
+            EXPECT_FALSE(Read(file(left + 1, deep)).Valid) << after;
+        }
+    }
+}
+
 TEST(LocaleRobustness, DeepHistoryUsesNoCallStack) {
     constexpr int64_t levels = 100000;
     String file;
