@@ -17,9 +17,12 @@ class Program:
 
     def __init__(self, *files, arguments=(), start=True):
         command = [os.environ["SORBEL_HEADLESS"], "--locale", "en_US", "--now", "2026-01-31 12:00:00", *arguments]
-        self.process = subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.process = self.launch(command)
         if start:
             self.start(files)
+
+    def launch(self, command):
+        return subprocess.Popen(command, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
 
     def line(self, data):
         """The reply to one line of bytes, whatever it holds."""

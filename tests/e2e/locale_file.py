@@ -33,9 +33,11 @@ def text(tag, value):
     return typed(tag, b"strn", encode(value))
 
 
-def to_bytes(entries, language="de", date=DATE, tool="", history=()):
-    """`history`: (date, entries) of each earlier version."""
+def to_bytes(entries, language="de", date=DATE, tool="", history=(), application=None):
+    """`history`: (date, entries) of each earlier version; `application`: the path that it was exported into."""
     parts = [b"nvlocale", number(b"vers", 0), text(b"date", date), text(b"nvvs", tool), text(b"lang", language)]
+    if application:
+        parts.append(typed(b"appl", b"bind", encode(application)))
     for identifier, platforms in entries:
         for platform, default, translated in platforms:
             parts.append(chunk(b"enty", text(b"idnt", identifier) + text(b"oval", default)
