@@ -34,7 +34,8 @@ def text(tag, value):
 
 
 def to_bytes(entries, language="de", date=DATE, tool="", history=(), application=None):
-    """`history`: (date, entries) of each earlier version; `application`: the path that it was exported into."""
+    """`history`: (date, entries) of each earlier version, and as a third its other fields where they differ;
+    `application`: the path that it was exported into."""
     parts = [b"nvlocale", number(b"vers", 0), text(b"date", date), text(b"nvvs", tool), text(b"lang", language)]
     if application:
         parts.append(typed(b"appl", b"bind", encode(application)))
@@ -42,8 +43,9 @@ def to_bytes(entries, language="de", date=DATE, tool="", history=(), application
         for platform, default, translated in platforms:
             parts.append(chunk(b"enty", text(b"idnt", identifier) + text(b"oval", default)
                                + text(b"tval", translated) + number(b"plat", platform)))
-    for older_date, older in history:
-        parts.append(typed(b"hist", b"bind", to_bytes(older, language, older_date)))
+    for older_date, older, *fields in history:
+        fields = {"language": language, **(fields[0] if fields else {})}
+        parts.append(typed(b"hist", b"bind", to_bytes(older, date=older_date, **fields)))
     return b"".join(parts)
 
 

@@ -42,8 +42,14 @@ class Bench:
         self.only = only
         self.programs = []
         self.standing = None
+        self.cleanup = contextlib.ExitStack()  # of the case, after its programs have ended
         self.root = pathlib.Path(tempfile.mkdtemp(prefix="sorbel-faults-"))
         self.folder = self.root / "case"
+        self.state = self.folder / "state"
+        self.documents = self.root / "documents"
+        for folder in (self.root, self.documents):
+            folder.mkdir(exist_ok=True)
+            folder.chmod(0o777)  # some run the program as nobody
 
     def chance(self, name):
         """Random numbers that depend on the seed and the name alone, so that one case can be repeated."""
@@ -57,16 +63,22 @@ class Bench:
         return [population[index] for index in sorted(self.chance(name).sample(range(len(population)), count))]
 
     def program(self, *files, start=True, **options):
-        program = Watched(start=False, **options)
+        """`options`: those of Watched."""
+        program = self.launch(self.folder, **options)
         self.programs.append(program)
         if start:
             program.start(files)
         return program
 
+    def launch(self, folder, state=None, arguments=(), **options):
+        arguments = ["--documents", str(self.documents), *arguments]
+        return Watched(start=False, arguments=arguments, state=state or folder / "state", **options)
+
     def shared(self):
         """A program for cases that leave it without a window; a new one after a fault."""
         if self.standing is None or not self.standing.alive():
-            self.standing = Watched()
+            self.standing = self.launch(self.root)
+            self.standing.start()
         return self.standing
 
     def run(self, cases):
@@ -109,6 +121,7 @@ class Bench:
             self.note(program)
             program.drop()
         self.programs.clear()
+        self.cleanup.close()
         remove(self.folder)
 
     def note(self, program):

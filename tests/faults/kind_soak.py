@@ -27,7 +27,7 @@ class Soak:
         self.made = 0
         self.operations = {
             self.type: 30, self.tick: 6, self.undo: 8, self.redo: 6, self.save: 3, self.import_locale: 2,
-            self.import_text: 2, self.export: 1, self.activate: 3, self.search: 3, self.only_untranslated: 2,
+            self.import_text: 2, self.import_other_language: 1, self.export: 1, self.export_into: 1, self.activate: 3, self.search: 3, self.only_untranslated: 2,
             self.expand: 4, self.look: 4, self.version: 2, self.open: 1, self.close: 1, self.broken: 1}
 
     @property
@@ -138,9 +138,24 @@ class Soak:
         path.unlink()
 
     def import_locale(self):
-        data = locale_file.to_bytes(self.entries())
+        data = locale_file.to_bytes(self.entries(), self.front.document.language)
         self.bring_in(self.new_path("nvl"), data)
         self.front.document.import_locale(locale_reader.read(data))
+
+    def import_other_language(self):
+        """The question takes the other language, or gives the import up."""
+        language = self.chance.choice(["fr", "de", ""])
+        if language == self.front.document.language:
+            return
+        path = self.new_path("nvl")
+        path.write_bytes(locale_file.to_bytes(self.entries(), language))
+        button = self.chance.choice(["alternate", "cancel"])
+        self.program.answer_file(path)
+        self.program.answer(button)
+        self.program.menu("FileImportExistingFile", shown=2)
+        if button == "alternate":
+            self.front.document.import_locale(locale_reader.read(path.read_bytes()))
+        path.unlink()
 
     def import_text(self):
         data = model.to_text(self.entries())
@@ -154,6 +169,15 @@ class Soak:
         if path.read_bytes() != model.to_text(self.front.document.entries.listed()):
             raise Fault("a wrong text was exported")
         path.unlink()
+
+    def export_into(self):
+        """The application is a part of the document from then on, without a step."""
+        path = self.folder / self.chance.choice(["a.exe", "b.exe"])
+        (self.folder / "Resources").mkdir(exist_ok=True)
+        path.touch()
+        self.program.answer_file(path)
+        self.program.menu("ExportExporttoApplication", shown=1)
+        self.front.document.application = str(path)
 
     # --- Looking changes nothing ---
     def search(self):

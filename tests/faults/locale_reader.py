@@ -178,6 +178,14 @@ def read(data):
         return None
 
 
+def told(data):
+    """A sound file as the operation `document` tells it."""
+    locale = read(data)
+    return {"entries": locale.entries.listed(), "language": locale.language, "application": locale.application,
+            "history": [{"date": version.date, "entries": version.entries.listed()} for version in locale.history],
+            "toolVersion": locale.tool, "fileVersion": locale.version}
+
+
 def parse(data):
     if not data.startswith(MAGIC):
         return None

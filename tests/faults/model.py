@@ -44,7 +44,7 @@ class Change:
 
 
 class Import:
-    """Many changes at once, and with a locale file the version from before."""
+    """Many changes at once, and with a locale file the version from before: its date, entries and other fields."""
 
     def __init__(self, document, changes, version=None):
         self.document = document
@@ -72,8 +72,9 @@ class Document:
         self.entries = locale_reader.Folded()
         for identifier, platforms in entries:
             self.entries.of(identifier).update({platform: [*values] for platform, *values in platforms})
-        self.history = [list(version) for version in history]
+        self.history = [[date, older, {"language": language}] for date, older in history]
         self.language = language
+        self.application = None
         self.date = date
         self.undo_stack = []
         self.redo_stack = []
@@ -107,17 +108,21 @@ class Document:
         return self.file()
 
     def file(self):
-        return locale_file.to_bytes(self.entries.listed(), self.language, self.date, history=self.history)
+        return locale_file.to_bytes(self.entries.listed(), date=self.date, history=self.history, **self.fields())
+
+    def fields(self):
+        return {"language": self.language, "application": self.application}
 
     def dirty(self):
         return len(self.undo_stack) != self.save_point
 
     def import_locale(self, locale):
-        """Of a file in the document's language."""
+        """Of a file in the document's language, or one whose language is chosen."""
+        self.language = locale.language
         changes = [Change(self, identifier, platform, translated, default)
                    for identifier, platforms in locale.entries.listed() if self.entries.find(identifier) is not None
                    for platform, default, translated in platforms]
-        self.add(Import(self, changes, [self.date, self.entries.listed()]))
+        self.add(Import(self, changes, [self.date, self.entries.listed(), self.fields()]))
 
     def import_text(self, data):
         """False for a text without a delimiter."""
@@ -139,10 +144,9 @@ class Document:
 
     def told(self):
         """Of what the operation `document` tells, all that this knows."""
-        return {"entries": self.entries.listed(), "history": [{"date": date, "entries": entries}
-                                                              for date, entries in self.history],
-                "language": self.language, "dirty": self.dirty(), "undo": len(self.undo_stack),
-                "redo": len(self.redo_stack)}
+        return {"entries": self.entries.listed(), "language": self.language, "application": self.application,
+                "history": [{"date": date, "entries": entries} for date, entries, *_ in self.history],
+                "dirty": self.dirty(), "undo": len(self.undo_stack), "redo": len(self.redo_stack)}
 
 
 def lines_of(data):

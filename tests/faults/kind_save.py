@@ -1,0 +1,241 @@
+"""Saves and exports while something is wrong. The program lives, each file is the old or the new, nothing typed is lost."""
+import functools
+
+import injection
+import locale_file
+import locale_reader
+import troubles
+import unsaved
+from watched import Fault
+
+LONG = "a translation of some length, in a file of some blocks "
+ENTRIES = [["key %d" % index, [[0, "Default %d" % index, LONG * 2]]] for index in range(80)]
+TYPED = LONG * 120
+CHANGED = locale_file.changed(ENTRIES, "key 0", 0, TYPED)
+OLD, NEW = locale_file.to_bytes(ENTRIES), locale_file.to_bytes(CHANGED)
+
+
+class Operation:
+    """One of those that write. `files`: those that it writes besides the document's."""
+    files = ()
+    saves = False
+
+    def run(self, case):
+        raise NotImplementedError
+
+    def failed(self, reply):
+        """Whether it has told of a failure."""
+        return reply.get("unhandled") == "IOException" or any(dialog["kind"] == "MsgBox" for dialog in reply["shown"])
+
+
+class Save(Operation):
+    saves = True
+
+    def run(self, case):
+        return case.program.raw("menu", name="FileSave")
+
+    def failed(self, reply):
+        if reply["shown"] or reply.get("unhandled"):
+            raise Fault("the save gave %r" % reply)
+        return unsaved.failed_save(reply)
+
+
+class Close(Save):
+    """The save from the question at closing."""
+
+    def run(self, case):
+        case.program.answer("action")
+        reply = case.program.raw("close")
+        reply["shown"] = [dialog for dialog in reply["shown"] if dialog["message"] != "Do you want to save changes?"]
+        return reply
+
+
+class ExportRows(Operation):
+    files = ("rows.txt",)
+
+    def run(self, case):
+        case.program.answer_file(case.place / "rows.txt")
+        return case.program.raw("menu", name="ExportExportTabDelimited")
+
+
+class ExportInto(Operation):
+    def __init__(self, target, *files):
+        self.target = target
+        self.files = files
+
+    def run(self, case):
+        case.program.answer_file(case.place / self.target)
+        return case.program.raw("menu", name="ExportExporttoApplication")
+
+
+OPERATIONS = {
+    "save": Save(), "close": Close(), "rows": ExportRows(),
+    "mac": ExportInto("A.app", "A.app/Contents/Resources/de.lproj/Localizable.strings"),
+    "windows": ExportInto("a.exe", "Resources/de.mo"),
+}
+
+
+class Case:
+    """One operation in one trouble, and the run after it."""
+
+    def __init__(self, bench, operation, trouble, existing=True):
+        self.bench = bench
+        self.operation = operation
+        self.trouble = trouble
+        self.existing = existing
+        self.place, self.state = bench.folder / "place", bench.folder / "state"
+
+    @property
+    def path(self):
+        return self.place / "document.kestrum_locale"
+
+    def prepare(self):
+        self.trouble.prepare(self)
+        self.place.mkdir(exist_ok=True)
+        self.path.write_bytes(OLD)
+        self.path.chmod(0o666)
+        for file in map(self.place.joinpath, self.operation.files):
+            file.parent.mkdir(parents=True, exist_ok=True)
+            if self.existing:
+                file.write_bytes(b"an older one, of some length " * 500)
+        for folder in self.place.rglob("*"):
+            folder.chmod(0o777)
+        self.before = self.contents()
+
+    def contents(self):
+        return {name: (self.place / name).read_bytes() if (self.place / name).exists() else None
+                for name in (self.path.name, *self.operation.files)}
+
+    def perform(self):
+        """Types, and lets the operation write; its reply."""
+        self.program = self.bench.program(self.path, state=self.state, before=self.trouble.before(self),
+                                          process=self.trouble.process())
+        self.program.menus()
+        if self.trouble.early:
+            self.trouble.strike(self)
+        self.program.select(0)
+        self.typed = self.program.call("type", text=TYPED)
+        if not self.trouble.early:
+            self.trouble.strike(self)
+        self.mark = self.program.replies
+        reply = self.operation.run(self)
+        if not reply["ok"]:
+            raise Fault("the operation gave %r" % reply)
+        return reply
+
+    def run(self, new):
+        """`new`: the contents that the operation gives where nothing is wrong."""
+        self.prepare()
+        reply = self.perform()
+        failed = self.operation.failed(reply)
+        self.lives()
+        self.program.end()
+        if not self.trouble.struck(self):
+            raise ValueError("nothing was injected")  # a fault of this driver
+        self.trouble.relieve(self)
+        self.whole(new, failed)
+        self.next_run(unsaved.unprotected(self.typed) or unsaved.unprotected(reply))
+
+    def lives(self):
+        if any(window["class"] == "MainWindow" for window in self.program.windows()):
+            if self.program.document()["entries"] != CHANGED:
+                raise Fault("the document has changed")
+
+    def whole(self, new, failed):
+        for name, data in self.contents().items():
+            if data not in (self.before[name], new[name]):
+                raise Fault("%s is neither the old nor the new, but %s" % (name, "gone" if data is None else
+                                                                          "%d bytes" % len(data)))
+            if not failed and data != new[name]:
+                raise Fault("%s was not written, and nothing told so" % name)
+
+    def next_run(self, unprotected):
+        """The typed text is in the file, or is offered. `unprotected`: the program has said that it could keep nothing."""
+        program = self.bench.program(start=False, state=self.state)
+        saved = self.path.read_bytes() == NEW
+        if not saved:
+            program.answer("action")
+        reply = program.raw("start", files=[str(self.path)])
+        if saved:
+            if reply["shown"] or program.document()["entries"] != CHANGED:
+                raise Fault("after a good save: %r" % reply)
+        elif reply["shown"]:
+            unsaved.check_question(reply["shown"][0], self.path.name, [1], "action")
+            if program.document()["entries"] != CHANGED:
+                raise Fault("the typed text did not come back")
+            program.menu("EditUndo")
+            if program.document()["entries"] != ENTRIES:
+                raise Fault("undo does not give the file's texts back")
+        elif not unprotected:
+            raise Fault("the typed text is neither saved nor offered")
+
+
+def plain(bench, operation, existing):
+    """The contents that the operation gives, and the calls that it makes."""
+    bench.folder.mkdir(exist_ok=True)
+    case = Case(bench, operation, troubles.Injected() if not injection.why_not() else troubles.Trouble(), existing)
+    case.prepare()
+    case.perform()
+    contents = case.contents()
+    case.program.end()
+    calls = [] if injection.why_not() else injection.calls_of(case.trouble.log(case), case.program.replies - 1)
+    bench.clear()
+    return contents, calls
+
+
+def injected(calls):
+    """(name, what to inject)"""
+    first = {}
+    for call in calls:
+        first.setdefault(call.name, call)
+        for error in injection.ERRORS.get(call.name, injection.OTHERS):
+            yield "%s %d %s" % (call.name, call.number, error), "%s:error=%s:when=%d" % (call.name, error, call.number)
+    for name in injection.LASTING:
+        for error in ("ENOSPC", "EIO") if name in first else ():
+            yield "%s %s from then on" % (name, error), "%s:error=%s:when=%d+" % (name, error, first[name].number)
+
+
+def surroundings():
+    """(name, trouble) of all that needs no tool."""
+    for size in (0, 1, 4096, len(OLD) - 1, len(OLD), len(NEW) - 1, len(NEW)):
+        yield "limit of %d" % size, functools.partial(troubles.SizeLimit, size)
+        yield "limit of %d while typing" % size, functools.partial(troubles.SizeLimit, size, early=True)
+    for where in (["place"], ["state"], ["place", "state"]):
+        for left in (0, 4096, 8192, 16384):
+            yield "%d left in %s" % (left, " and ".join(where)), functools.partial(troubles.FullDisk, where, left)
+        yield "full %s while typing" % " and ".join(where), functools.partial(troubles.FullDisk, where, 0, early=True)
+    yield "read-only disk", functools.partial(troubles.ReadOnlyDisk, ["place"])
+    yield "read-only state disk", functools.partial(troubles.ReadOnlyDisk, ["state"])
+    yield "folder gone", functools.partial(troubles.Removed, "place")
+    yield "state folder gone", functools.partial(troubles.Removed, "state")
+    yield "read-only file", functools.partial(troubles.Forbidden, "path", 0o444)
+    yield "read-only folder", functools.partial(troubles.Forbidden, "place", 0o555)
+    yield "forbidden folder", functools.partial(troubles.Forbidden, "place", 0)
+    yield "read-only state", functools.partial(troubles.Forbidden, "state", 0o500)
+    yield "read-only state while typing", functools.partial(troubles.Forbidden, "state", 0o500, early=True)
+
+
+def suffer(bench, operation, make_trouble, existing, new):
+    Case(bench, operation, make_trouble(), existing).run(new)
+
+
+def cases_of(bench, name, operation, existing):
+    new, calls = plain(bench, operation, existing)
+    title = name + "" if existing else name + " of a new file"
+    for trouble, make in surroundings():
+        yield "%s: %s" % (title, trouble), functools.partial(suffer, bench, operation, make, existing, new)
+    strikes = list(injected(calls))
+    for trouble, what in bench.sample(strikes, 12, title):
+        make = functools.partial(troubles.Injected, what)
+        yield "%s: %s" % (title, trouble), functools.partial(suffer, bench, operation, make, existing, new)
+    if injection.why_not():
+        yield title + ": failing system calls", functools.partial(injection.words, "")
+
+
+def cases(bench):
+    if locale_reader.read(OLD) is None:
+        raise ValueError("the sample is no locale file")
+    bench.shared().menus()  # makes the sample scripts, which the runs that are counted then find
+    for name, operation in OPERATIONS.items():
+        for existing in (True, False) if operation.files else (True,):
+            yield from cases_of(bench, name, operation, existing)
