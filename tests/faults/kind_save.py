@@ -11,8 +11,8 @@ from watched import Fault
 LONG = "a translation of some length, in a file of some blocks "
 ENTRIES = [["key %d" % index, [[0, "Default %d" % index, LONG * 2]]] for index in range(80)]
 TYPED = LONG * 120
-CHANGED = locale_file.changed(ENTRIES, "key 0", 0, TYPED)
-OLD, NEW = locale_file.to_bytes(ENTRIES), locale_file.to_bytes(CHANGED)
+OLD = locale_file.to_bytes(ENTRIES)
+LENGTH = len(locale_file.to_bytes(locale_file.changed(ENTRIES, "key 0", 0, TYPED)))
 
 
 class Operation:
@@ -78,8 +78,11 @@ OPERATIONS = {
 class Case:
     """One operation in one trouble, and the run after it."""
 
-    def __init__(self, bench, operation, trouble, existing=True):
+    def __init__(self, bench, operation, trouble, existing=True, text=TYPED):
         self.bench = bench
+        self.text = text
+        self.changed = locale_file.changed(ENTRIES, "key 0", 0, text)
+        self.saved = locale_file.to_bytes(self.changed)
         self.operation = operation
         self.trouble = trouble
         self.existing = existing
@@ -114,7 +117,7 @@ class Case:
         if self.trouble.early:
             self.trouble.strike(self)
         self.program.select(0)
-        self.typed = self.program.call("type", text=TYPED)
+        self.typed = self.program.call("type", text=self.text)
         if not self.trouble.early:
             self.trouble.strike(self)
         self.mark = self.program.replies
@@ -138,7 +141,7 @@ class Case:
 
     def lives(self):
         if any(window["class"] == "MainWindow" for window in self.program.windows()):
-            if self.program.document()["entries"] != CHANGED:
+            if self.program.document()["entries"] != self.changed:
                 raise Fault("the document has changed")
 
     def whole(self, new, failed):
@@ -152,16 +155,16 @@ class Case:
     def next_run(self, unprotected):
         """The typed text is in the file, or is offered. `unprotected`: the program has said that it could keep nothing."""
         program = self.bench.program(start=False, state=self.state)
-        saved = self.path.read_bytes() == NEW
+        saved = self.path.read_bytes() == self.saved
         if not saved:
             program.answer("action")
         reply = program.raw("start", files=[str(self.path)])
         if saved:
-            if reply["shown"] or program.document()["entries"] != CHANGED:
+            if reply["shown"] or program.document()["entries"] != self.changed:
                 raise Fault("after a good save: %r" % reply)
         elif reply["shown"]:
             unsaved.check_question(reply["shown"][0], self.path.name, [1], "action")
-            if program.document()["entries"] != CHANGED:
+            if program.document()["entries"] != self.changed:
                 raise Fault("the typed text did not come back")
             program.menu("EditUndo")
             if program.document()["entries"] != ENTRIES:
@@ -197,7 +200,7 @@ def injected(calls):
 
 def surroundings():
     """(name, trouble) of all that needs no tool."""
-    for size in (0, 1, 4096, len(OLD) - 1, len(OLD), len(NEW) - 1, len(NEW)):
+    for size in (0, 1, 4096, len(OLD) - 1, len(OLD), LENGTH - 1, LENGTH):
         yield "limit of %d" % size, functools.partial(troubles.SizeLimit, size)
         yield "limit of %d while typing" % size, functools.partial(troubles.SizeLimit, size, early=True)
     for where in (["place"], ["state"], ["place", "state"]):

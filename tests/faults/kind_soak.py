@@ -19,9 +19,9 @@ class Window:
 
 
 class Soak:
-    def __init__(self, bench, name, program):
-        self.folder = bench.folder
-        self.chance = bench.chance(name)
+    def __init__(self, folder, chance, program):
+        self.folder = folder
+        self.chance = chance
         self.program = program
         self.windows = []  # front to back
         self.made = 0
@@ -216,7 +216,7 @@ class Soak:
 
 def soak(bench, name, rounds, steps):
     program = bench.program()
-    run = Soak(bench, name, program)
+    run = Soak(bench.folder, bench.chance(name), program)
     sizes = []
     for number in range(rounds):
         run.open()

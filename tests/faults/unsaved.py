@@ -54,6 +54,16 @@ def check_question(shown, name, rows, pressed, when=NOW, foreign=False):
         raise Fault("the question says %r, not %r" % (shown["explanation"], lines[0]))
 
 
+def check_start_question(shown, documents, pressed):
+    """The one at a start without files."""
+    count = "1 document" if documents == 1 else "%d documents" % documents
+    told = {"kind": "MessageDialog", "within": False, "message": "There are changes that were not saved.",
+            "explanation": "They can be restored in %s." % count, "action": "Open", "cancel": "Not Now",
+            "alternate": None, "pressed": pressed}
+    if {field: shown.get(field) for field in told} != told:
+        raise Fault("the question at the start is %r" % shown)
+
+
 def failed_save(reply):
     """Whether a notice tells that the save has failed."""
     return any(notice["text"].endswith(SAVE_FAILED) for notice in reply.get("notices", []))
@@ -75,11 +85,11 @@ def same_document(seen, expected, what="the document"):
             "%s: %r, not %r" % (key, mine.get(key), right.get(key)) for key in certain)))
 
 
-def restored(program, file, expected):
+def restored(program, file, expected, steps=1):
     """The changes are one step that is undone: then the texts are those of the file."""
     document = program.document()
     same_document(document, expected, "what was restored")
-    if (document["descriptions"], document["dirty"]) != (["Restore"], True):
+    if (document["descriptions"], document["dirty"]) != (["Restore"] * steps, True):
         raise Fault("the steps are %r, dirty %r" % (document["descriptions"], document["dirty"]))
     program.menu("EditUndo")
     undone = program.document()
