@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing of the Debian packages of some groups.
-# usage: install_packages.sh GROUP...        build, check or screen
+# usage: install_packages.sh GROUP...        build, check, screen, faults or fuzz
 #        install_packages.sh --formatter     tells which program lays the code out
 set -euo pipefail
 
@@ -26,6 +26,8 @@ for group in "$@"; do
             ;;
         # A virtual screen, and what uses the program on it.
         screen) packages+=(xvfb xauth openbox xdotool imagemagick xclip) ;;
+        # Lets system calls fail one by one; tests/faults does the rest without it.
+        faults) packages+=(strace) ;;
         *)
             echo "install_packages.sh: no group of packages named $group" >&2
             exit 2

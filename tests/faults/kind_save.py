@@ -18,10 +18,13 @@ LENGTH = len(locale_file.to_bytes(locale_file.changed(ENTRIES, "key 0", 0, TYPED
 class Operation:
     """One of those that write. `files`: those that it writes besides the document's."""
     files = ()
-    saves = False
 
     def run(self, case):
         raise NotImplementedError
+
+    def after(self, entries):
+        """The document after it."""
+        return entries
 
     def failed(self, reply):
         """Whether it has told of a failure."""
@@ -29,8 +32,6 @@ class Operation:
 
 
 class Save(Operation):
-    saves = True
-
     def run(self, case):
         return case.program.raw("menu", name="FileSave")
 
@@ -48,6 +49,17 @@ class Close(Save):
         reply = case.program.raw("close")
         reply["shown"] = [dialog for dialog in reply["shown"] if dialog["message"] != "Do you want to save changes?"]
         return reply
+
+
+class Type(Operation):
+    """Writes into the state folder only."""
+
+    def run(self, case):
+        case.program.select(1)
+        return case.program.raw("type", text=LONG)
+
+    def after(self, entries):
+        return locale_file.changed(entries, "key 1", 0, LONG)
 
 
 class ExportRows(Operation):
@@ -69,7 +81,7 @@ class ExportInto(Operation):
 
 
 OPERATIONS = {
-    "save": Save(), "close": Close(), "rows": ExportRows(),
+    "save": Save(), "close": Close(), "type": Type(), "rows": ExportRows(),
     "mac": ExportInto("A.app", "A.app/Contents/Resources/de.lproj/Localizable.strings"),
     "windows": ExportInto("a.exe", "Resources/de.mo"),
 }
@@ -81,7 +93,8 @@ class Case:
     def __init__(self, bench, operation, trouble, existing=True, text=TYPED):
         self.bench = bench
         self.text = text
-        self.changed = locale_file.changed(ENTRIES, "key 0", 0, text)
+        self.first = locale_file.changed(ENTRIES, "key 0", 0, text)
+        self.changed = operation.after(self.first)
         self.saved = locale_file.to_bytes(self.changed)
         self.operation = operation
         self.trouble = trouble
@@ -153,24 +166,30 @@ class Case:
                 raise Fault("%s was not written, and nothing told so" % name)
 
     def next_run(self, unprotected):
-        """The typed text is in the file, or is offered. `unprotected`: the program has said that it could keep nothing."""
+        """The typed text is in the file, or is offered; unless the program has said that it can keep nothing."""
         program = self.bench.program(start=False, state=self.state)
         saved = self.path.read_bytes() == self.saved
         if not saved:
             program.answer("action")
         reply = program.raw("start", files=[str(self.path)])
+        entries = program.document()["entries"]
         if saved:
-            if reply["shown"] or program.document()["entries"] != self.changed:
+            if reply["shown"] or entries != self.changed:
                 raise Fault("after a good save: %r" % reply)
-        elif reply["shown"]:
-            unsaved.check_question(reply["shown"][0], self.path.name, [1], "action")
-            if program.document()["entries"] != self.changed:
-                raise Fault("the typed text did not come back")
-            program.menu("EditUndo")
-            if program.document()["entries"] != ENTRIES:
-                raise Fault("undo does not give the file's texts back")
-        elif not unprotected:
-            raise Fault("the typed text is neither saved nor offered")
+        elif unprotected:
+            if entries not in (ENTRIES, self.first, self.changed):
+                raise Fault("the texts are such as never were")
+        elif entries != self.changed:
+            raise Fault("the typed text is neither saved nor offered: %r" % reply)
+        else:
+            self.is_offered(program, reply)
+
+    def is_offered(self, program, reply):
+        rows = unsaved.rows_between(ENTRIES, self.changed)
+        unsaved.check_question(reply["shown"][0], self.path.name, rows, "action")
+        program.menu("EditUndo")
+        if program.document()["entries"] != ENTRIES:
+            raise Fault("undo does not give the file's texts back")
 
 
 def plain(bench, operation, existing):
@@ -224,7 +243,7 @@ def suffer(bench, operation, make_trouble, existing, new):
 
 def cases_of(bench, name, operation, existing):
     new, calls = plain(bench, operation, existing)
-    title = name + "" if existing else name + " of a new file"
+    title = name if existing else name + " of a new file"
     for trouble, make in surroundings():
         yield "%s: %s" % (title, trouble), functools.partial(suffer, bench, operation, make, existing, new)
     strikes = list(injected(calls))

@@ -7,12 +7,12 @@ import socket
 import stat
 
 import locale_file
+import troubles
 from bench import Skip
 from kind_read import UNREADABLE
 from locale_file import ENTRIES
 from watched import Fault
 
-NOBODY = 65534
 ANY_REPLY = 5.0  # seconds
 NOT_UPDATED = [{"kind": "MsgBox", "text": "Could not update application."}]
 
@@ -103,13 +103,7 @@ READ_ONLY = {"enormous", "maps", "kernel's messages", "memory"}  # nothing says 
 
 def program(bench, *files, forbid, **options):
     """The administrator may read everything: as nobody it takes part that a file is forbidden."""
-    process = {}
-    if forbid and os.getuid() == 0:
-        process = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
-    try:
-        return bench.program(*files, deadline=ANY_REPLY, process=process, **options)
-    except PermissionError:
-        raise Skip("the program cannot be run as nobody") from None
+    return bench.program(*files, deadline=ANY_REPLY, process=troubles.as_nobody() if forbid else {}, **options)
 
 
 def identity(place):

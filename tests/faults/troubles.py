@@ -1,4 +1,5 @@
 """What can be wrong around a save: calls that fail, disks that are full or read-only, limits, folders that go."""
+import functools
 import os
 import resource
 import subprocess
@@ -9,6 +10,19 @@ from bench import Skip
 DISK = 1 << 20  # bytes of the small disk
 PAGE = 4096
 NOBODY = 65534
+
+
+@functools.cache
+def as_nobody():
+    """Arguments of Popen for a program that may not do all that an administrator may."""
+    if os.getuid() != 0:
+        return {}
+    nobody = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
+    try:
+        subprocess.run([os.environ["SORBEL_HEADLESS"]], stdin=subprocess.DEVNULL, check=True, **nobody)
+    except (OSError, subprocess.SubprocessError):
+        raise Skip("the program cannot be run as nobody") from None
+    return nobody
 
 
 class Trouble:
@@ -59,7 +73,8 @@ class SizeLimit(Trouble):
         self.early = early
 
     def strike(self, case):
-        resource.prlimit(case.program.number(), resource.RLIMIT_FSIZE, (self.size, resource.RLIM_INFINITY))
+        number = case.program.number()
+        resource.prlimit(number, resource.RLIMIT_FSIZE, (self.size, resource.prlimit(number, resource.RLIMIT_FSIZE)[1]))
 
 
 class SmallDisk(Trouble):
@@ -132,13 +147,13 @@ class Forbidden(Trouble):
         self.early = early
 
     def prepare(self, case):
-        if os.getuid() == 0:
+        if as_nobody():
             for folder in (case.place, case.state):
                 folder.mkdir()
                 os.chown(folder, NOBODY, NOBODY)
 
     def process(self):
-        return {"user": NOBODY, "group": NOBODY, "extra_groups": []} if os.getuid() == 0 else {}
+        return as_nobody()
 
     def strike(self, case):
         target = getattr(case, self.name)
