@@ -1,4 +1,4 @@
-"""Damaged files are imported: the texts are those that a second reader sees in them, and undo gives the old ones back."""
+"""Damaged files are imported: the texts are those that a second reader sees, and undo gives the old ones back."""
 import functools
 
 import locale_file
@@ -7,11 +7,13 @@ import model
 from kind_read import hostile_lengths, mutants
 from watched import Fault
 
-ENTRIES = [["greeting", [[0, "Hello", "Hallo"], [1, "Hello, Mac", ""]]], ["leave", [[1, "Quit", "Weg"], [2, "Exit", ""]]],
+ENTRIES = [["greeting", [[0, "Hello", "Hallo"], [1, "Hello, Mac", ""]]],
+           ["leave", [[1, "Quit", "Weg"], [2, "Exit", ""]]],
            ["blank", [[0, "", ""]]]]
 NEWER = locale_file.to_bytes([["greeting", [[0, "Hello!", "Grüße"], [3, "", "Linux"]]], ["leave", [[1, "Quit", ""]]],
                               ["gone", [[0, "x", "y"]]]], history=[("2000-01-01 00:00:00", ENTRIES)])
-ROWS = "greeting\tAny\tHello\tGrüße\\n\\t\"\nleave\tLinux\t\tEnde, \\\\\r\nblank\tWindows\tx\t\nnone\tAny\tx\ty\n".encode()
+ROWS = ("greeting\tAny\tHello\tGrüße\\n\\t\"\nleave\tLinux\t\tEnde, \\\\\r\n"
+        "blank\tWindows\tx\t\nnone\tAny\tx\ty\n").encode()
 COMMAS = b"greeting,Any,Hello,\tGo\nleave,Mac OS,,Gone\n"
 DATE = "2000-02-03 04:05:06"
 

@@ -1,4 +1,4 @@
-"""Saves and exports while something is wrong. The program lives, each file is the old or the new, nothing typed is lost."""
+"""Saves and exports while something is wrong: each file is the old or the new, and nothing typed is lost."""
 import functools
 
 import injection
@@ -192,17 +192,23 @@ class Case:
             raise Fault("undo does not give the file's texts back")
 
 
-def plain(bench, operation, existing):
+def plain(bench, operation, existing=True, text=TYPED):
     """The contents that the operation gives, and the calls that it makes."""
     bench.folder.mkdir(exist_ok=True)
-    case = Case(bench, operation, troubles.Injected() if not injection.why_not() else troubles.Trouble(), existing)
+    trouble = troubles.Trouble() if injection.why_not() else troubles.Injected()
+    case = Case(bench, operation, trouble, existing, text)
     case.prepare()
     case.perform()
     contents = case.contents()
     case.program.end()
-    calls = [] if injection.why_not() else injection.calls_of(case.trouble.log(case), case.program.replies - 1)
+    calls = [] if injection.why_not() else injection.calls_of(trouble.log(case), case.program.replies - 1)
     bench.clear()
     return contents, calls
+
+
+def warm(bench):
+    """The first run makes the sample scripts, which those that are counted then find."""
+    plain(bench, Type())
 
 
 def injected(calls):
@@ -211,7 +217,8 @@ def injected(calls):
     for call in calls:
         first.setdefault(call.name, call)
         for error in injection.ERRORS.get(call.name, injection.OTHERS):
-            yield "%s %d %s" % (call.name, call.number, error), "%s:error=%s:when=%d" % (call.name, error, call.number)
+            what = "%s:error=%s:when=%d" % (call.name, error, call.number)
+            yield "%s %d %s" % (call.name, call.number, error), what
     for name in injection.LASTING:
         for error in ("ENOSPC", "EIO") if name in first else ():
             yield "%s %s from then on" % (name, error), "%s:error=%s:when=%d+" % (name, error, first[name].number)
@@ -227,7 +234,7 @@ def surroundings():
             yield "%d left in %s" % (left, " and ".join(where)), functools.partial(troubles.FullDisk, where, left)
         yield "full %s while typing" % " and ".join(where), functools.partial(troubles.FullDisk, where, 0, early=True)
     yield "read-only disk", functools.partial(troubles.ReadOnlyDisk, ["place"])
-    yield "read-only state disk", functools.partial(troubles.ReadOnlyDisk, ["state"])
+    yield "read-only state disk", functools.partial(troubles.ReadOnlyDisk, ["state"], early=True)
     yield "folder gone", functools.partial(troubles.Removed, "place")
     yield "state folder gone", functools.partial(troubles.Removed, "state")
     yield "read-only file", functools.partial(troubles.Forbidden, "path", 0o444)
@@ -257,7 +264,7 @@ def cases_of(bench, name, operation, existing):
 def cases(bench):
     if locale_reader.read(OLD) is None:
         raise ValueError("the sample is no locale file")
-    bench.shared().menus()  # makes the sample scripts, which the runs that are counted then find
+    warm(bench)
     for name, operation in OPERATIONS.items():
         for existing in (True, False) if operation.files else (True,):
             yield from cases_of(bench, name, operation, existing)

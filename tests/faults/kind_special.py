@@ -258,8 +258,8 @@ def cases(bench):
         yield "save onto " + name, functools.partial(saves, bench, make, forbid)
         for target, inside in (("A.app", "A.app/Contents/Resources/de.lproj/Localizable.strings"),
                                ("a.exe", "Resources/de.mo")):
-            yield "export into %s with %s" % (target, name), functools.partial(exports_into, bench, make, forbid, target,
-                                                                              inside)
+            into = functools.partial(exports_into, bench, make, forbid, target, inside)
+            yield "export into %s with %s" % (target, name), into
     for name in ("ExportExportTabDelimited", "FileImportExistingFile"):
         yield name + " of a pipe with a reader", functools.partial(read_by_somebody, bench, name)
     yield "vanishing", functools.partial(vanishes, bench)

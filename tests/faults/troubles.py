@@ -74,7 +74,8 @@ class SizeLimit(Trouble):
 
     def strike(self, case):
         number = case.program.number()
-        resource.prlimit(number, resource.RLIMIT_FSIZE, (self.size, resource.prlimit(number, resource.RLIMIT_FSIZE)[1]))
+        _, hard = resource.prlimit(number, resource.RLIMIT_FSIZE)
+        resource.prlimit(number, resource.RLIMIT_FSIZE, (self.size, hard))
 
 
 class SmallDisk(Trouble):
@@ -87,8 +88,8 @@ class SmallDisk(Trouble):
     def prepare(self, case):
         self.disk = case.bench.folder / "disk"
         self.disk.mkdir()
-        mounted = os.getuid() == 0 and run("mount", "-t", "tmpfs", "-o", "size=%d,mode=777" % DISK, "tmpfs", self.disk)
-        if not mounted:
+        options = "size=%d,mode=777" % DISK
+        if os.getuid() != 0 or not run("mount", "-t", "tmpfs", "-o", options, "tmpfs", self.disk):
             raise Skip("no small disk can be mounted here")
         case.bench.cleanup.callback(run, "umount", "-l", self.disk)
         for name in self.where:

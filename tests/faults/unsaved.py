@@ -18,8 +18,8 @@ def translations(entries):
 
 
 def differences(before, after):
-    """The rows that differ: those that do, and those that may count as equal, as one side has no entry and the other
-    one without a translation."""
+    """The rows that differ for certain, and those that may count as equal: one side has no entry, and the other one
+    without a translation."""
     old, new = texts(before), texts(after)
     differing = [key for key in old.keys() | new.keys() if old.get(key) != new.get(key)]
     doubtful = [key for key in differing if not (key in old and key in new) and not (old.get(key) or new.get(key))[1]]
@@ -38,7 +38,8 @@ def explanation(name, rows, when=NOW, foreign=False):
     elif rows == 0:
         text = "Changes to “%s” were not saved when Sorbel last ended, on %s." % (name, when)
     else:
-        text = "Changes to “%s” were not saved when Sorbel last ended, %d in all, the last on %s." % (name, rows, when)
+        text = "Changes to “%s” were not saved when Sorbel last ended, %d in all, the last on %s."
+        text %= name, rows, when
     return text + "\nThe file has been changed since." * foreign
 
 
@@ -71,6 +72,23 @@ def failed_save(reply):
 
 def unprotected(reply):
     return any(notice["title"] == NOT_PROTECTED for notice in reply.get("notices", []))
+
+
+def same_but_doubtful(one, other):
+    """Whether nothing differs that has to be kept."""
+    return not differences(one["entries"], other["entries"])[0] and all(
+        one[field] == other[field] for field in ("language", "application", "history"))
+
+
+def between(seen, before, after):
+    """In the middle of a step, which may be one of many changes, each is done or not yet done."""
+    for field in ("language", "application", "history"):
+        if seen[field] not in (before[field], after[field]):
+            raise Fault("it has the %s %r" % (field, seen[field]))
+    strange = set(differences(seen["entries"], before["entries"])[0]) & set(
+        differences(seen["entries"], after["entries"])[0])
+    if strange:
+        raise Fault("it has texts from elsewhere: %s" % sorted(strange))
 
 
 def same_document(seen, expected, what="the document"):

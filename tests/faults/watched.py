@@ -87,7 +87,8 @@ class Watched(driver.Program):
             self.replies += 1
             return reply
         except BrokenPipeError:
-            raise Fault("the program has ended before %r, exit status %s" % (data[:100], self.process.wait())) from None
+            status = self.process.wait()
+            raise Fault("the program has ended before %r, exit status %s" % (data[:100], status)) from None
         finally:
             self.slowest = max(self.slowest, 1000 * (time.monotonic() - begun))
 
