@@ -115,6 +115,7 @@ class Bench:
             self.note(self.standing)
             self.standing.drop()
             self.standing = None
+            shutil.rmtree(self.root / "state", ignore_errors=True)
 
     def clear(self):
         for program in self.programs:

@@ -10,8 +10,8 @@ from watched import Fault
 ENTRIES = [["greeting", [[0, "Hello", "Hallo"], [1, "Hello, Mac", ""]]],
            ["leave", [[1, "Quit", "Weg"], [2, "Exit", ""]]],
            ["blank", [[0, "", ""]]]]
-NEWER = locale_file.to_bytes([["greeting", [[0, "Hello!", "Grüße"], [3, "", "Linux"]]], ["leave", [[1, "Quit", ""]]],
-                              ["gone", [[0, "x", "y"]]]], history=[("2000-01-01 00:00:00", ENTRIES)])
+NEWER = locale_file.to_bytes([["greeting", [[0, "Hello!", "Grüße"], [3, "", "Linux"]]],
+                              ["leave", [[1, "Quit", ""]]], ["gone", [[0, "x", "y"]]]], history=[("2000-01-01 00:00:00", ENTRIES)])
 ROWS = ("greeting\tAny\tHello\tGrüße\\n\\t\"\nleave\tLinux\t\tEnde, \\\\\r\n"
         "blank\tWindows\tx\t\nnone\tAny\tx\ty\n").encode()
 COMMAS = b"greeting,Any,Hello,\tGo\nleave,Mac OS,,Gone\n"
@@ -70,9 +70,14 @@ def imports(bench, data, name):
         step()
         model.compare(program.document(), document.told(), command)
     texts_are_back(program.document()["entries"])
-    program.close()
     if path.read_bytes() != locale_file.to_bytes(ENTRIES, date=DATE):
         raise Fault("the document's file has changed")
+    program.menu("EditRedo")
+    document.redo()
+    program.menu("FileSave")
+    program.close()
+    if path.read_bytes() != document.file():
+        raise Fault("a wrong file was saved")
 
 
 def texts_are_back(entries):

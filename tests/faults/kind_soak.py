@@ -28,7 +28,8 @@ class Soak:
         self.operations = {
             self.type: 30, self.tick: 6, self.undo: 8, self.redo: 6, self.save: 3, self.import_locale: 2,
             self.import_text: 2, self.import_other_language: 1, self.export: 1, self.export_into: 1,
-            self.activate: 3, self.search: 3, self.only_untranslated: 2, self.expand: 4, self.look: 4, self.version: 2, self.open: 1, self.close: 1, self.broken: 1}
+            self.activate: 3, self.search: 3, self.only_untranslated: 2, self.expand: 4, self.look: 4,
+            self.version: 2, self.open: 1, self.close: 1, self.broken: 1}
 
     @property
     def front(self):
