@@ -86,7 +86,7 @@ def check_questions(shown, states):
         named = [dialog for dialog in shown if "“%s”" % state.path.name in dialog.get("explanation", "")]
         wanted = (1,) if state.certain() else (0, 1) if state.doubtful() else (0,)
         if len(named) not in wanted:
-            raise Fault("%s is asked about %d times" % (state.path.name, len(named)))
+            raise Fault("%s is asked about %d times: %r" % (state.path.name, len(named), named))
         if named:
             rows = unsaved.rows_between(state.file["entries"], state.document["entries"])
             unsaved.check_question(named[0], state.path.name, rows, "action")
@@ -208,6 +208,6 @@ def cases(bench):
     for index in range(20 if bench.quick else 500):
         yield "before a reply %d" % index, functools.partial(before_reply, bench, "before a reply %d" % index)
     kind_save.warm(bench)
-    for name in ("save", "close", "rows"):
+    for name in ("save", "save of a version", "close", "rows"):
         yield from cases_of_calls(bench, name, kind_save.OPERATIONS[name], kind_save.TYPED)
     yield from cases_of_calls(bench, "shorter save", kind_save.OPERATIONS["save"], "")

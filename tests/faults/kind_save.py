@@ -18,6 +18,10 @@ LENGTH = len(locale_file.to_bytes(locale_file.changed(ENTRIES, "key 0", 0, TYPED
 class Operation:
     """One of those that write. `files`: those that it writes besides the document's."""
     files = ()
+    history = ()
+
+    def begin(self, case):
+        """Before anything is typed."""
 
     def run(self, case):
         raise NotImplementedError
@@ -39,6 +43,17 @@ class Save(Operation):
         if reply["shown"] or reply.get("unhandled"):
             raise Fault("the save gave %r" % reply)
         return unsaved.failed_save(reply)
+
+
+class SaveVersion(Save):
+    """With an earlier version, by an import that has no string of the document: restored twice, it would show."""
+    history = ((locale_file.DATE, ENTRIES),)
+
+    def begin(self, case):
+        other = case.bench.folder / "other.nvl"
+        other.write_bytes(locale_file.to_bytes([]))
+        case.program.answer_file(other)
+        case.program.menu("FileImportExistingFile", shown=1)
 
 
 class Close(Save):
@@ -81,7 +96,7 @@ class ExportInto(Operation):
 
 
 OPERATIONS = {
-    "save": Save(), "close": Close(), "type": Type(), "rows": ExportRows(),
+    "save": Save(), "save of a version": SaveVersion(), "close": Close(), "type": Type(), "rows": ExportRows(),
     "mac": ExportInto("A.app", "A.app/Contents/Resources/de.lproj/Localizable.strings"),
     "windows": ExportInto("a.exe", "Resources/de.mo"),
 }
@@ -95,7 +110,7 @@ class Case:
         self.text = text
         self.first = locale_file.changed(ENTRIES, "key 0", 0, text)
         self.changed = operation.after(self.first)
-        self.saved = locale_file.to_bytes(self.changed)
+        self.saved = locale_file.to_bytes(self.changed, history=operation.history)
         self.operation = operation
         self.trouble = trouble
         self.existing = existing
@@ -129,6 +144,7 @@ class Case:
         self.program.menus()
         if self.trouble.early:
             self.trouble.strike(self)
+        self.operation.begin(self)
         self.program.select(0)
         self.typed = self.program.call("type", text=self.text)
         if not self.trouble.early:
@@ -172,14 +188,15 @@ class Case:
         if not saved:
             program.answer("action")
         reply = program.raw("start", files=[str(self.path)])
-        entries = program.document()["entries"]
+        document = program.document()
+        entries, versions = document["entries"], len(document["history"])
         if saved:
-            if reply["shown"] or entries != self.changed:
-                raise Fault("after a good save: %r" % reply)
+            if reply["shown"] or entries != self.changed or versions != len(self.operation.history):
+                raise Fault("after a good save: %r, %d versions" % (reply, versions))
         elif unprotected:
             if entries not in (ENTRIES, self.first, self.changed):
                 raise Fault("the texts are such as never were")
-        elif entries != self.changed:
+        elif entries != self.changed or versions != len(self.operation.history):
             raise Fault("the typed text is neither saved nor offered: %r" % reply)
         else:
             self.is_offered(program, reply)

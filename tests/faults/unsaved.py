@@ -67,11 +67,11 @@ def check_start_question(shown, documents, pressed):
 
 def failed_save(reply):
     """Whether a notice tells that the save has failed."""
-    return any(notice["text"].endswith(SAVE_FAILED) for notice in reply.get("notices", []))
+    return any(notice["text"].endswith(SAVE_FAILED) for notice in reply["notices"])
 
 
 def unprotected(reply):
-    return any(notice["title"] == NOT_PROTECTED for notice in reply.get("notices", []))
+    return any(notice["title"] == NOT_PROTECTED for notice in reply["notices"])
 
 
 def same_but_doubtful(one, other):
