@@ -82,9 +82,13 @@ class Bench:
         return self.standing
 
     def run(self, cases):
-        for name, case in cases:
-            if self.only is None or name == self.only:
-                self.run_case(name, case)
+        try:
+            for name, case in cases:
+                if self.only is None or name == self.only:
+                    self.run_case(name, case)
+        except Exception as failure:  # in what the cases need in common
+            self.row.failures.append(("before any case", describe(failure)))
+            self.clear()
         if self.standing:
             self.note(self.standing)
             self.standing.drop()
@@ -123,7 +127,8 @@ class Bench:
             program.drop()
         self.programs.clear()
         self.cleanup.close()
-        remove(self.folder)
+        if self.folder.exists():
+            remove(self.folder)
 
     def note(self, program):
         if program.alive():

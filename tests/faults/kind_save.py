@@ -4,6 +4,7 @@ import functools
 import injection
 import locale_file
 import locale_reader
+import model
 import troubles
 import unsaved
 from watched import Fault
@@ -30,6 +31,11 @@ class Operation:
         """The document after it."""
         return entries
 
+    def check(self, case, contents):
+        """What it has written where nothing is wrong; that of exports into applications has tests of its own."""
+        if not all(contents.values()):
+            raise Fault("nothing was written")
+
     def failed(self, reply):
         """Whether it has told of a failure."""
         return reply.get("unhandled") == "IOException" or any(dialog["kind"] == "MsgBox" for dialog in reply["shown"])
@@ -43,6 +49,11 @@ class Save(Operation):
         if reply["shown"] or reply.get("unhandled"):
             raise Fault("the save gave %r" % reply)
         return unsaved.failed_save(reply)
+
+
+    def check(self, case, contents):
+        if contents != {case.path.name: case.saved}:
+            raise Fault("a wrong file was saved")
 
 
 class SaveVersion(Save):
@@ -83,6 +94,11 @@ class ExportRows(Operation):
     def run(self, case):
         case.program.answer_file(case.place / "rows.txt")
         return case.program.raw("menu", name="ExportExportTabDelimited")
+
+
+    def check(self, case, contents):
+        if contents["rows.txt"] != model.to_text(case.changed):
+            raise Fault("wrong rows were exported")
 
 
 class ExportInto(Operation):
@@ -218,6 +234,7 @@ def plain(bench, operation, existing=True, text=TYPED):
     case.perform()
     contents = case.contents()
     case.program.end()
+    operation.check(case, contents)
     calls = [] if injection.why_not() else injection.calls_of(trouble.log(case), case.program.replies - 1)
     bench.clear()
     return contents, calls
