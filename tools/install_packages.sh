@@ -11,6 +11,14 @@ if [[ ${1:-} == --formatter ]]; then
     exit
 fi
 
+as_root=(env DEBIAN_FRONTEND=noninteractive)
+[[ $(id -u) -eq 0 ]] || as_root=(sudo "${as_root[@]}")
+
+# The package of libFuzzer and the sanitizers, which has the version of the archive's clang in its name.
+fuzzer_runtime() {
+    apt-cache depends clang 2>/dev/null | sed -n 's/^ *Depends: clang-\([0-9]*\)$/libclang-rt-\1-dev/p'
+}
+
 packages=()
 optional=() # not every release has them
 for group in "$@"; do
@@ -28,6 +36,12 @@ for group in "$@"; do
         screen) packages+=(xvfb xauth openbox xdotool imagemagick xclip) ;;
         # Lets system calls fail one by one; tests/faults does the rest without it.
         faults) packages+=(strace) ;;
+        fuzz)
+            if command -v apt-get >/dev/null && [[ -z $(fuzzer_runtime) ]]; then
+                "${as_root[@]}" apt-get update # the names are not known yet
+            fi
+            packages+=(clang "$(fuzzer_runtime)")
+            ;;
         *)
             echo "install_packages.sh: no group of packages named $group" >&2
             exit 2
@@ -47,8 +61,6 @@ missing() {
 }
 
 install() {
-    local as_root=(env DEBIAN_FRONTEND=noninteractive)
-    [[ $(id -u) -eq 0 ]] || as_root=(sudo "${as_root[@]}")
     echo "Installing $*"
     "${as_root[@]}" apt-get update
     "${as_root[@]}" apt-get install -y --no-install-recommends "$@"
