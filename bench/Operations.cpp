@@ -111,6 +111,7 @@ const Operation All[] = {
      [](Workbench& w) { w.Window().HistoryFilter.UserChoose(0); }},
     {"type", TypeInMiddle, [](Workbench& w) { w.Type(); }, UndoBoth},
     {"undo", TypeInMiddle, Undo, nullptr},
+    {"save", TypeInMiddle, [](Workbench& w) { w.Choose("FileSave"); }, Undo},
     {"select", SelectFirst, [](Workbench& w) { w.SelectMiddle(); }, nullptr},
     {"next", NextToMiddle, Next, nullptr},
     {"expand", SelectMiddle, ExpandMiddle, Collapse},

@@ -18,15 +18,18 @@ namespace {
 
 }  // namespace
 
-Workbench::Workbench(const String& base) : mBase(base) {
+Workbench::Workbench(const String& base, bool journal) : mBase(base) {
     Clock::Install(&mTime);
     SpecialFolder::SetResources(SORBEL_RESOURCES);
-    // A folder of its own for the scripts that every look at the menus lists: the samples, not the user's.
-    mDocuments = (std::filesystem::temp_directory_path() / "sorbel-bench-XXXXXX").native();
-    if (!mkdtemp(mDocuments.data())) Fail("no temporary folder");
-    SpecialFolder::SetDocuments(mDocuments);
+    // With the scripts that every look at the menus lists: the samples, not the user's.
+    mFolder = (std::filesystem::temp_directory_path() / "sorbel-bench-XXXXXX").native();
+    if (!mkdtemp(mFolder.data())) Fail("no temporary folder");
+    SpecialFolder::SetDocuments(mFolder);
+    if (journal) SpecialFolder::SetState(mFolder + "/state");
+    const String document = mFolder + "/document.kestrum_locale";
+    std::filesystem::copy_file(base + ".versions.kestrum_locale", document);
     mApp = MakeApplication(mDesktop);
-    mApp->Start({std::make_shared<FolderItem>(base + ".versions.kestrum_locale")});
+    mApp->Start({std::make_shared<FolderItem>(document)});
     mWindow = dynamic_cast<MainWindow*>(mApp->FrontWindow());
     if (!mWindow) Fail("no window on " + base);
 }
@@ -34,7 +37,7 @@ Workbench::Workbench(const String& base) : mBase(base) {
 Workbench::~Workbench() {
     mApp.reset();
     std::error_code ignored;
-    std::filesystem::remove_all(mDocuments, ignored);
+    std::filesystem::remove_all(mFolder, ignored);
     Clock::Install(nullptr);
 }
 

@@ -12,8 +12,9 @@ namespace sorbel::bench {
 /// The whole program with a document window on a file, without a screen.
 class Workbench {
   public:
-    /// `base`: what the names of the files begin with; see BenchFiles.
-    explicit Workbench(const String& base);
+    /// `base`: what the names of the files begin with; see BenchFiles. The document is a copy. `journal`: what
+    /// is unsaved is kept, as the program does; else not.
+    explicit Workbench(const String& base, bool journal = true);
     ~Workbench();
     Workbench(const Workbench&) = delete;
     Workbench& operator=(const Workbench&) = delete;
@@ -32,7 +33,7 @@ class Workbench {
 
   private:
     String mBase;
-    String mDocuments;  // stands for the user's
+    String mFolder;  // for what is written, and for what stands for the user's
     ManualClock mTime;
     SilentBackend mDesktop;
     std::unique_ptr<Application> mApp;

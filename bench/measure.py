@@ -25,8 +25,8 @@ def run(command, folder):
 class Session:
     """A document window that does what it is told; see session.cpp."""
 
-    def __init__(self, program, base):
-        self.child = subprocess.Popen([program, base], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+    def __init__(self, program, base, *options):
+        self.child = subprocess.Popen([program, base, *options], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
 
     def cpu(self, operation):
         """CPU seconds of one operation."""

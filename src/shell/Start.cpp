@@ -1,5 +1,6 @@
 #include "shell/Start.h"
 
+#include "journal/EndSignals.h"
 #include "shell/App.h"
 #include "shell/FileTypes1.h"
 #include "ui/PlatformColors.h"
@@ -7,6 +8,7 @@
 namespace sorbel {
 
 std::unique_ptr<Application> MakeApplication(Backend& backend) {
+    FlushBeforeEndSignals();
     _InitFileTypes();
     Platform::Colors::UseDesktop(&backend);
     return std::make_unique<App>(backend);

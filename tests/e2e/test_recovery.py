@@ -1,4 +1,5 @@
 """What was not saved when the program died is offered again."""
+import json
 import os
 import signal
 import unittest
@@ -151,6 +152,23 @@ class RecoveryTest(driver.Case):
         program, _ = self.run_program(path, answers=["action"])
         self.assertEqual(program.document()["history"], document["history"])
         program.end()
+
+    def test_ends_by_a_signal_without_a_question(self):
+        for ending in (signal.SIGTERM, signal.SIGHUP, signal.SIGINT):
+            path = self.write(ending.name + ".kestrum_locale")
+            program, _ = self.run_program(path)
+            program.select(0)
+            program.type("Neu")
+            endless = json.dumps({"op": "run", "source": "While True\nWend"}).encode("ascii")
+            program.process.stdin.write(endless + b"\n")
+            program.process.stdin.flush()
+            program.process.send_signal(ending)
+            program.process.communicate(timeout=60)
+            self.assertEqual(program.process.returncode, -ending)
+            program, reply = self.run_program(path, answers=["action"])
+            self.assertEqual(len(reply["shown"]), 1)
+            self.assertEqual(program.document()["entries"][0][1][0][2], "Neu")
+            self.die(program)
 
     def test_says_once_that_nothing_can_be_kept(self):
         (self.folder / "state").write_text("in the way")
