@@ -17,12 +17,13 @@ class TestWindow : public Window {
 
     std::vector<String> Log;
     bool Refuses = false;
-    std::function<void()> OnKey, OnRefresh;
+    std::function<void()> OnKey, OnRefresh, OnAsking;
 
     void Event_Open() override { Log.emplace_back("Open"); }
     void Event_Close() override { Log.emplace_back("Close"); }
     bool Event_CancelClose(bool appQuitting) override {
         Log.emplace_back(appQuitting ? "Quitting?" : "Closing?");
+        if (OnAsking) OnAsking();
         return Refuses;
     }
     void Event_Resized() override { Log.emplace_back("Resized"); }

@@ -49,6 +49,32 @@ TEST(Window, ClosesOnceUnlessItRefuses) {
     EXPECT_TRUE(program.Backend.Attached.empty());
 }
 
+TEST(Window, AsksOneQuestionAtATime) {
+    TestProgram program;
+    TestWindow& window = *program.Window;
+    const auto other = std::make_shared<TestWindow>(program.App);
+    window.Show();
+    other->Show();
+    window.OnAsking = [&] {
+        EXPECT_FALSE(window.UserClose());
+        EXPECT_EQ(program.App.FrontWindow(), &window);  // with its question
+        program.App.BringToFront(*other);
+        EXPECT_FALSE(program.App.Quit());
+        EXPECT_FALSE(program.App.Ended() || other->IsOpen());  // quit closes those in front
+    };
+    EXPECT_TRUE(window.UserClose());
+    EXPECT_EQ(window.Log, (Log{"Open", "Closing?", "Close"}));
+
+    program.Window = std::make_shared<TestWindow>(program.App);
+    program.Window->Show();
+    program.Window->OnAsking = [] {
+        throw IOException();
+    };
+    EXPECT_FALSE(program.Window->UserClose());
+    program.Window->OnAsking = nullptr;
+    EXPECT_TRUE(program.Window->UserClose());  // no question is up after a failure
+}
+
 TEST(Window, OutlivesTheHandlerThatClosesIt) {
     TestProgram program;
     TestWindow& window = *program.Window;

@@ -1,24 +1,9 @@
 // The menus of an application: which items can be used, and who acts on a choice.
 #include "ui/toolkit/Application.h"
+#include "ui/toolkit/Raised.h"
 #include "ui/toolkit/TextEditor.h"
 
 namespace sorbel {
-
-namespace {
-
-/// Raises a flag and lowers it on every way out.
-class Raised {
-  public:
-    explicit Raised(bool& flag) : mFlag(flag) { mFlag = true; }
-    ~Raised() { mFlag = false; }
-    Raised(const Raised&) = delete;
-    Raised& operator=(const Raised&) = delete;
-
-  private:
-    bool& mFlag;
-};
-
-}  // namespace
 
 // --- Refresh ---
 

@@ -4,6 +4,7 @@
 
 #include "ui/toolkit/Application.h"
 #include "ui/toolkit/Canvas.h"
+#include "ui/toolkit/Raised.h"
 
 namespace sorbel {
 
@@ -57,8 +58,14 @@ void Window::RaiseOpen() {
 
 bool Window::Close(bool appQuitting) {
     if (!mOpen) return true;
-    if (Event_CancelClose(appQuitting)) return false;
-    if (!mOpen) return true;  // closed while the question was up
+    if (mAsking) {
+        mApp.BringToFront(*this);
+        return false;
+    }
+    {
+        const Raised asking(mAsking);
+        if (Event_CancelClose(appQuitting)) return false;
+    }
     mOpen = false;
     Event_Close();
     mApp.Desktop().WindowClosed(*this);

@@ -65,8 +65,8 @@ class Window : public std::enable_shared_from_this<Window> {
 
     /// Opens it, or brings it to the front.
     void Show();
-    /// Asks `Event_CancelClose` and goes, unless that says no. False: it stays. A window that is gone stays
-    /// gone.
+    /// Asks `Event_CancelClose` and goes, unless that says no. False: it stays. While that asks the user, the
+    /// window stays and comes to the front, so that there is one question. A window that is gone stays gone.
     bool Close(bool appQuitting = false);
     [[nodiscard]] bool IsOpen() const { return mOpen; }
 
@@ -111,6 +111,7 @@ class Window : public std::enable_shared_from_this<Window> {
     bool mContentsChanged = false;
     bool mOpen = false;
     bool mOpened = false;  // has been shown, whether or not it is still open
+    bool mAsking = false;  // Event_CancelClose is running
     std::shared_ptr<FolderItem> mRepresentedFile;
     MenuHandlers mMenuHandlers;
     Control* mFocus = nullptr;
