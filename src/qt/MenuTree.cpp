@@ -79,12 +79,12 @@ void MenuTree::Update(QWidget& menu, const MenuItem& items, const Path& path) {
     }
 }
 
+/// What goes may be what is being chosen from.
 void MenuTree::Rebuild(QWidget& menu, const MenuItem& items, const Path& path) {
     for (QAction* action : menu.actions()) {
-        if (QMenu* below = action->menu())
-            delete below;
-        else
-            delete action;
+        menu.removeAction(action);
+        QMenu* const below = action->menu();
+        (below ? static_cast<QObject*>(below) : action)->deleteLater();
     }
     const bool bar = qobject_cast<QMenuBar*>(&menu) != nullptr;
     for (size_t index = 0; index < items.Count(); ++index) {

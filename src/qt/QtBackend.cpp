@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include "platform/Exceptions.h"
+#include "qt/Desktop.h"
 #include "qt/QtDialogs.h"
 #include "qt/QtMenus.h"
 #include "qt/QtWindow.h"
@@ -105,6 +106,10 @@ void QtBackend::MenusChanged() {
         view->MenusChanged();
 }
 
+void QtBackend::ShowWaiting() {
+    Desktop::The().ShowWaiting();
+}
+
 QWidget* QtBackend::ParentFor(Window* within) const {
     return within ? ViewOf(within) : mApp ? ViewOf(mApp->FrontWindow()) : nullptr;
 }
@@ -163,6 +168,7 @@ void QtBackend::Launch(const FolderItem& item) {
 }
 
 void QtBackend::Edit(TextEditor& editor, EditCommand command) {
+    ShowWaiting();
     const QtWindow* window = ViewOf(&editor.Owner());
     if (ControlView* view = window ? window->ViewOf(editor) : nullptr) view->Edit(command);
 }

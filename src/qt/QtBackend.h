@@ -30,6 +30,7 @@ class QtBackend : public QObject, public Backend {
     void WindowClosed(Window& window) override;
     void RunModal(Window& window) override;
     void MenusChanged() override;
+    void ShowWaiting() override;
 
     void MsgBox(StringView text) override;
     const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) override;

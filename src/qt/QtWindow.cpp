@@ -1,11 +1,11 @@
 #include "qt/QtWindow.h"
 
-#include <QGuiApplication>
 #include <QMenuBar>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
 
+#include "qt/Desktop.h"
 #include "qt/Text.h"
 #include "ui/toolkit/Application.h"
 
@@ -92,6 +92,7 @@ void QtWindow::Retire() {
     mModel->Attach(nullptr);
     for (const auto& view : mViews)
         view->Model().Attach(nullptr);
+    Desktop::The().Forget(*this);
     hide();
 }
 
@@ -114,13 +115,19 @@ void QtWindow::Changed(Aspect aspect) {
 void QtWindow::ScheduleFlush() {
     if (mScheduled || mRetired) return;
     mScheduled = true;
+    Desktop::The().Wait(*this);
     QMetaObject::invokeMethod(
-        this, [this] { Flush(); }, Qt::QueuedConnection);
+        this,
+        [this] {
+            if (mScheduled) Flush();
+        },
+        Qt::QueuedConnection);
 }
 
 void QtWindow::Flush() {
     if (mFlushing || mRetired) return;
     mScheduled = false;
+    Desktop::The().Forget(*this);
     mFlushing = true;
     for (const auto& view : mViews)
         view->Flush();

@@ -13,7 +13,7 @@
 namespace sorbel {
 
 /// Shows one window. Whatever changes in it or its controls is shown in one flush, once the program has gone
-/// back to the event loop, or right before the next key or click.
+/// back to the event loop, and before anything else reaches the program or a widget; see `Desktop`.
 class QtWindow : public QMainWindow, public View {
   public:
     QtWindow(std::shared_ptr<Window> window, QtTheme& theme);

@@ -20,16 +20,11 @@ bool IsModifier(int key) {
 
 }  // namespace
 
-/// Watches the controls' widgets. Input finds them as the program left them.
+/// Watches the controls' widgets.
 bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     ControlView* view = mRetired ? nullptr : ViewOf(watched);
     if (!view) return QMainWindow::eventFilter(watched, event);
     switch (event->type()) {
-        case QEvent::KeyPress:
-        case QEvent::InputMethod:
-        case QEvent::MouseButtonPress:
-            if (mScheduled) Flush();
-            break;
         case QEvent::FocusIn:
             if (!mFlushing) mModel->UserFocus(&view->Model());
             break;

@@ -1,9 +1,9 @@
-#include <QApplication>
 #include <QDir>
 #include <QStandardPaths>
 
 #include "platform/FileSizeSignal.h"
 #include "platform/SpecialFolder.h"
+#include "qt/Desktop.h"
 #include "qt/DesktopAppearance.h"
 #include "qt/QtBackend.h"
 #include "qt/SessionBus.h"
@@ -27,7 +27,7 @@ void SetFolders() {
 
 int main(int argc, char** argv) {
     sorbel::SurviveFileSizeLimit();
-    QApplication desktop(argc, argv);
+    const sorbel::Desktop desktop(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Sorbel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SORBEL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.sorbel.Sorbel"));

@@ -32,6 +32,8 @@ class FakeBackend : public Backend {
     std::deque<String> MenuChoices;           ///< the caption of the item to choose; empty for none
     /// What goes on while a modal window is up.
     std::function<void(Window&)> WhileModal;
+    /// The screen is to be brought up to date.
+    std::function<void()> WhenShowing;
     bool LaunchFails = false;
 
     // --- What happened ---
@@ -67,6 +69,9 @@ class FakeBackend : public Backend {
         if (WhileModal) WhileModal(window);
     }
     void MenusChanged() override { ++MenuChanges; }
+    void ShowWaiting() override {
+        if (WhenShowing) WhenShowing();
+    }
 
     void MsgBox(StringView text) override { Messages.emplace_back(text); }
     const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) override {

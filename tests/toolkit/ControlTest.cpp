@@ -35,6 +35,50 @@ TEST(Control, UserActsOnlyOnWhatCanBeUsed) {
     EXPECT_EQ(view.Take(Aspect::Focus), 2u);
 }
 
+TEST(Control, TheScreenIsUpToDateBeforeAUserActs) {
+    TestProgram program;
+    TestWindow& window = *program.Window;
+    TextField field(window, "Field", {});
+    PopupMenu menu(window, "Menu", {});
+    menu.AddRow("row");
+    MenuItem command("Command", "Command");
+    program.App.AddMenuHandler("Command", [&] {
+        window.SetTitle("commanded");
+        return true;
+    });
+    window.OnKey = [&] {
+        window.SetTitle("keyed");
+    };
+    window.Show();
+    const auto state = [&] {
+        return field.Text() + window.Title() + std::to_string(window.Width()) +
+               std::to_string(menu.ListIndex()) + (window.Focus() ? window.Focus()->Name() : "") +
+               (window.IsOpen() ? "" : "closed");
+    };
+    String shown;
+    program.Backend.WhenShowing = [&] {
+        shown = state();
+    };
+    const std::function<void()> acts[] = {
+        [&] { field.UserSetText("typed"); },
+        [&] { menu.UserChoose(0); },
+        [&] { (void)program.App.Choose(command); },
+        [&] { window.UserKeyDown("x"); },
+        [&] { window.UserFocus(&field); },
+        [&] {
+            window.UserResize({700, 500}, true);
+        },
+        [&] { window.UserClose(); },
+    };
+    for (const auto& act : acts) {
+        shown.clear();
+        const String before = state();
+        act();
+        EXPECT_EQ(shown, before);
+        EXPECT_NE(state(), before);
+    }
+}
+
 TEST(TextEditor, CodeAlwaysRaisesTextChangeAndAUserOnlyForADifference) {
     TestProgram program;
     TextField field(*program.Window, "Field", {});

@@ -86,6 +86,7 @@ bool Application::Quit() {
 // --- Failures ---
 
 void Application::Perform(const std::function<void()>& operation) {
+    mBackend.ShowWaiting();
     if (mDepth == 0) Release();
     ++mDepth;
     ++mOperation;

@@ -55,8 +55,9 @@ class Application {
     bool Quit();
     [[nodiscard]] bool Ended() const { return mEnded; }
 
-    /// Runs what came from outside. A failure in it ends here: it is shown, and the program goes on. That
-    /// holds for every level: an inner one comes from the event loop of a dialog, which must not be unwound.
+    /// Runs what came from outside, once the screen shows what it is about. A failure in it ends here: it is
+    /// told, and the program goes on. That holds for every level: an inner one comes from the event loop of a
+    /// dialog, which must not be unwound.
     void Perform(const std::function<void()>& operation);
     /// Tells the operations that `Perform` has begun apart; nothing outside of them.
     [[nodiscard]] std::optional<uint64_t> Operation() const {

@@ -36,6 +36,9 @@ class Backend {
     virtual void RunModal(Window& window) = 0;
     /// Enabled states, check marks or generated items may have changed.
     virtual void MenusChanged() = 0;
+    /// Brings all that has changed onto the screen now. Asked before anything that a user does is carried
+    /// out, since users act on what they see. Without a screen there is nothing to be behind.
+    virtual void ShowWaiting() {}
 
     // --- Dialogs; `within` is the window whose sheet it is, or null ---
     virtual void MsgBox(StringView text) = 0;

@@ -98,9 +98,15 @@ void Window::UserMove(int left, int top) {
 }
 
 void Window::UserResize(Size size, bool resizing) {
-    const Size before = mSize;
-    mSize = {std::clamp(size.Width, Minimum.Width, Maximum.Width),
-             std::clamp(size.Height, Minimum.Height, Maximum.Height)};
+    mApp.Perform([&] {
+        SetSize({std::clamp(size.Width, Minimum.Width, Maximum.Width),
+                 std::clamp(size.Height, Minimum.Height, Maximum.Height)});
+        resizing ? Event_Resizing() : Event_Resized();
+    });
+}
+
+void Window::SetSize(Size size) {
+    const Size before = std::exchange(mSize, size);
     Changed(Aspect::Geometry);
     for (Control* const control : mControls) {
         Bounds place = control->Place();
@@ -109,7 +115,6 @@ void Window::UserResize(Size size, bool resizing) {
         FollowEdges(locks.Top, locks.Bottom, mSize.Height - before.Height, place.Top, place.Height);
         control->SetPlace(place);
     }
-    mApp.Perform([&] { resizing ? Event_Resizing() : Event_Resized(); });
 }
 
 void Window::UserKeyDown(StringView key) {
@@ -127,6 +132,7 @@ bool Window::UserClose() {
 }
 
 void Window::UserFocus(Control* control) {
+    mApp.Desktop().ShowWaiting();
     SetFocus(control);
 }
 

@@ -99,6 +99,7 @@ class Window : public std::enable_shared_from_this<Window> {
     friend class Application;
     friend class Control;
     void RaiseOpen();
+    void SetSize(Size size);
     void Changed(Aspect aspect) const {
         if (mView) mView->Changed(aspect);
     }

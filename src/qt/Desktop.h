@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QApplication>
+#include <vector>
+
+namespace sorbel {
+
+class QtWindow;
+
+/// The toolkit's application object, through which all events pass. So it is the one place that can bring the
+/// screen up to date before anything else happens.
+class Desktop : public QApplication {
+  public:
+    using QApplication::QApplication;
+
+    /// The one there is.
+    [[nodiscard]] static Desktop& The() { return *static_cast<Desktop*>(QCoreApplication::instance()); }
+
+    /// The window has something to show. It is shown before the next event, whatever that is and whatever it
+    /// is for; one that comes out of the handling of another event, such as a repaint, does not count.
+    void Wait(QtWindow& window);
+    /// It has shown that, or will not any more.
+    void Forget(QtWindow& window);
+    /// All windows show what waits.
+    void ShowWaiting();
+
+    bool notify(QObject* receiver, QEvent* event) override;
+
+  private:
+    class Delivery;
+
+    std::vector<QtWindow*> mWaiting;
+    int mLoop = -1;  ///< nesting of the event loop that the innermost delivery came from
+    bool mShowing = false;
+};
+
+}  // namespace sorbel
