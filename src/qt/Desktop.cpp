@@ -11,8 +11,15 @@ namespace sorbel {
 class Desktop::Delivery {
   public:
     explicit Delivery(Desktop& desktop, int loop)
-        : mDesktop(desktop), mOuterLoop(std::exchange(desktop.mLoop, loop)) {}
-    ~Delivery() { mDesktop.mLoop = mOuterLoop; }
+        : mDesktop(desktop), mOuterLoop(std::exchange(desktop.mLoop, loop)) {
+        ++mDesktop.mDeliveries;
+    }
+    ~Delivery() {
+        mDesktop.mLoop = mOuterLoop;
+        if (--mDesktop.mDeliveries > 0 || mDesktop.mDoomed.empty()) return;
+        for (QObject* object : std::exchange(mDesktop.mDoomed, {}))
+            object->deleteLater();
+    }
     Delivery(const Delivery&) = delete;
     Delivery& operator=(const Delivery&) = delete;
 
@@ -53,6 +60,13 @@ void Desktop::ShowWaiting() {
         for (QtWindow* window : std::vector(mWaiting))
             window->Flush();
     mShowing = false;
+}
+
+void Desktop::DeleteWhenIdle(QObject* object) {
+    if (mDeliveries == 0)
+        object->deleteLater();
+    else
+        mDoomed.push_back(object);
 }
 
 }  // namespace sorbel

@@ -8,7 +8,7 @@ namespace sorbel {
 class QtWindow;
 
 /// The toolkit's application object, through which all events pass. So it is the one place that can bring the
-/// screen up to date before anything else happens.
+/// screen up to date before anything else happens, and that knows when nothing is being handled any more.
 class Desktop : public QApplication {
   public:
     using QApplication::QApplication;
@@ -23,6 +23,9 @@ class Desktop : public QApplication {
     void Forget(QtWindow& window);
     /// All windows show what waits.
     void ShowWaiting();
+    /// Deletes an object when no event is being handled, not even one that waits for a dialog to end: what
+    /// handles it may come back to the object.
+    void DeleteWhenIdle(QObject* object);
 
     bool notify(QObject* receiver, QEvent* event) override;
 
@@ -30,7 +33,9 @@ class Desktop : public QApplication {
     class Delivery;
 
     std::vector<QtWindow*> mWaiting;
-    int mLoop = -1;  ///< nesting of the event loop that the innermost delivery came from
+    std::vector<QObject*> mDoomed;
+    int mDeliveries = 0;  ///< of events, one inside the other
+    int mLoop = -1;       ///< nesting of the event loop that the innermost delivery came from
     bool mShowing = false;
 };
 

@@ -68,9 +68,10 @@ void QtBackend::WindowShown(Window& window) {
 void QtBackend::WindowClosed(Window& window) {
     const auto found = mWindows.find(&window);
     if (found == mWindows.end()) return;
-    found->second->Retire();
-    found->second->deleteLater();
+    QtWindow* const view = found->second;
     mWindows.erase(found);
+    view->Retire();
+    Desktop::The().DeleteWhenIdle(view);
     EndIfDone();
 }
 
@@ -97,7 +98,7 @@ void QtBackend::RunModal(Window& window) {
     QtWindow* view = ViewOf(&window);
     if (!view) return;
     QEventLoop loop;
-    connect(view, &QObject::destroyed, &loop, &QEventLoop::quit);
+    connect(view, &QtWindow::Retired, &loop, &QEventLoop::quit);
     loop.exec();
 }
 

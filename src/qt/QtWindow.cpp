@@ -1,5 +1,6 @@
 #include "qt/QtWindow.h"
 
+#include <QDialog>
 #include <QMenuBar>
 #include <QScreen>
 #include <QWindow>
@@ -93,7 +94,20 @@ void QtWindow::Retire() {
     for (const auto& view : mViews)
         view->Model().Attach(nullptr);
     Desktop::The().Forget(*this);
+    CloseGuests();
     hide();
+    Q_EMIT Retired();
+}
+
+/// Whoever waits for an answer to them goes on without one.
+void QtWindow::CloseGuests() {
+    for (QWidget* guest : findChildren<QWidget*>()) {
+        if (!guest->isWindow() || !guest->isVisible()) continue;
+        if (auto* const dialog = qobject_cast<QDialog*>(guest))
+            dialog->done(QDialog::Rejected);
+        else
+            guest->close();
+    }
 }
 
 ControlView* QtWindow::ViewOf(const Control& control) const {

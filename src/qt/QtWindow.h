@@ -15,13 +15,16 @@ namespace sorbel {
 /// Shows one window. Whatever changes in it or its controls is shown in one flush, once the program has gone
 /// back to the event loop, and before anything else reaches the program or a widget; see `Desktop`.
 class QtWindow : public QMainWindow, public View {
+    Q_OBJECT
+
   public:
     QtWindow(std::shared_ptr<Window> window, QtTheme& theme);
     ~QtWindow() override;
 
     /// Shows it on the screen for the first time.
     void Open(const QWidget* front);
-    /// The window is gone: this shows nothing more and goes as soon as nothing runs in it.
+    /// The window is gone: this shows nothing more, takes its dialogs and menus from the screen and goes when
+    /// nothing can come back to it.
     void Retire();
 
     [[nodiscard]] Window& Model() const { return *mModel; }
@@ -47,6 +50,9 @@ class QtWindow : public QMainWindow, public View {
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+  Q_SIGNALS:
+    void Retired();
+
   protected:
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -62,6 +68,7 @@ class QtWindow : public QMainWindow, public View {
     void ShowWindow(Aspects changed);
     void ShowFocus();
     void OpenContextMenu();
+    void CloseGuests();
     void TakePlace();
     [[nodiscard]] ControlView* ViewOf(const QObject* widget) const;
 

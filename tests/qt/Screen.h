@@ -40,6 +40,20 @@ class SmallWindow : public Window {
     String Keys;
 };
 
+/// Deals with the next dialog or pop-up menu, once it is up.
+inline void Answer(std::function<void(QWidget& dialog)> answer) {
+    auto* timer = new QTimer(qApp);
+    QObject::connect(timer, &QTimer::timeout, [timer, answer = std::move(answer)] {
+        QWidget* popup = QApplication::activePopupWidget();
+        QWidget* dialog = popup ? popup : QApplication::activeModalWidget();
+        if (!dialog) return;
+        timer->stop();
+        timer->deleteLater();
+        answer(*dialog);
+    });
+    timer->start(0);
+}
+
 /// A desktop without a screen, and a window of every kind of control on it.
 class Screen : public testing::Test {
   protected:
@@ -54,19 +68,6 @@ class Screen : public testing::Test {
     }
     /// One turn of the event loop.
     static void Settle() { QCoreApplication::processEvents(); }
-    /// Deals with the next dialog or pop-up menu, once it is up.
-    static void Answer(std::function<void(QWidget& dialog)> answer) {
-        auto* timer = new QTimer(qApp);
-        QObject::connect(timer, &QTimer::timeout, [timer, answer = std::move(answer)] {
-            QWidget* popup = QApplication::activePopupWidget();
-            QWidget* dialog = popup ? popup : QApplication::activeModalWidget();
-            if (!dialog) return;
-            timer->stop();
-            timer->deleteLater();
-            answer(*dialog);
-        });
-        timer->start(0);
-    }
     template <typename Widget>
     Widget& On(const Control& control) {
         return dynamic_cast<Widget&>(View->ViewOf(control)->Widget());

@@ -32,6 +32,8 @@ class FakeBackend : public Backend {
     std::deque<String> MenuChoices;           ///< the caption of the item to choose; empty for none
     /// What goes on while a modal window is up.
     std::function<void(Window&)> WhileModal;
+    /// What goes on while a dialog is up.
+    std::function<void()> WhileAsking;
     /// The screen is to be brought up to date.
     std::function<void()> WhenShowing;
     bool LaunchFails = false;
@@ -77,6 +79,7 @@ class FakeBackend : public Backend {
     const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) override {
         MessageDialogs.push_back(dialog);
         LastParent = within;
+        if (WhileAsking) WhileAsking();
         const std::optional<Button> pressed = Next(Buttons, dialog.Message);
         if (!pressed) return nullptr;
         const MessageDialogButton& button = *pressed == Button::Action   ? dialog.ActionButton
@@ -88,6 +91,7 @@ class FakeBackend : public Backend {
     std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) override {
         OpenDialogs.push_back(dialog);
         LastParent = within;
+        if (WhileAsking) WhileAsking();
         return NextFile(dialog.PromptText);
     }
     std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) override {

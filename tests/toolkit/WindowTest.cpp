@@ -3,6 +3,7 @@
 #include "TestProgram.h"
 #include "platform/Exceptions.h"
 #include "ui/toolkit/Canvas.h"
+#include "ui/toolkit/Dialogs.h"
 #include "ui/toolkit/Label.h"
 
 namespace sorbel {
@@ -73,6 +74,22 @@ TEST(Window, AsksOneQuestionAtATime) {
     EXPECT_FALSE(program.Window->UserClose());
     program.Window->OnAsking = nullptr;
     EXPECT_TRUE(program.Window->UserClose());  // no question is up after a failure
+}
+
+TEST(Window, OutlivesTheDialogOnIt) {
+    TestProgram program;
+    std::weak_ptr<TestWindow> watch = program.Window;
+    program.Window->Show();
+    program.Window.reset();
+    program.Backend.Buttons = {FakeBackend::Button::Action};
+    program.Backend.WhileAsking = [&] {
+        watch.lock()->UserClose();
+        program.App.Perform([] {});
+        EXPECT_FALSE(watch.expired());
+    };
+    MessageDialog dialog;
+    dialog.ShowModalWithin(*watch.lock());
+    EXPECT_TRUE(watch.expired());
 }
 
 TEST(Window, OutlivesTheHandlerThatClosesIt) {

@@ -9,6 +9,7 @@ const MessageDialogButton* MessageDialog::ShowModal(Application& app) {
 }
 
 const MessageDialogButton* MessageDialog::ShowModalWithin(Window& parent) {
+    const std::shared_ptr<Window> held = parent.shared_from_this();  // it may be closed meanwhile
     return parent.App().Desktop().Show(*this, &parent);
 }
 
@@ -17,6 +18,7 @@ std::shared_ptr<FolderItem> OpenDialog::ShowModal(Application& app) {
 }
 
 std::shared_ptr<FolderItem> OpenDialog::ShowModalWithin(Window& parent) {
+    const std::shared_ptr<Window> held = parent.shared_from_this();
     return parent.App().Desktop().Show(*this, &parent);
 }
 
