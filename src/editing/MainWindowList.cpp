@@ -67,6 +67,7 @@ void MainWindow::ShowNoSelection() {
     NameField.SetText("(No Selection)");
     NameField.SetItalic(true);
     NameField.SetTextColor(DisabledTextColor());
+    LocalizedValueField.SetSubject({});
     LocalizedValueField.SetText({});
 }
 
@@ -78,6 +79,7 @@ void MainWindow::ShowSelectedRow(int64_t row) {
         const InternalChange guard(IsInternalChange);
         for (TextArea* field : {&DefaultValueFieldLong, &HistoryDefaultValueFieldLong, &LocalizedValueField})
             field->SetEnabled(true);
+        LocalizedValueField.SetSubject(std::to_string(ListBox1.NumberTag(row)) + " " + String(identifier));
         LocalizedValueField.SetText(values.Translated);
     }
     NameField.SetText(identifier);

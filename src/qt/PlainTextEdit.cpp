@@ -82,8 +82,9 @@ MenuChoices PlainTextEdit::SuggestionsAt(int position) {
     if (!word) return {};
     MenuChoices choices;
     for (const QString& suggestion : mSpelling->Suggestions(*word))
-        choices.emplace_back(suggestion,
-                             [word = *word, suggestion]() mutable { word.insertText(suggestion); });
+        choices.emplace_back(suggestion, [word = *word, suggestion, revision = document()->revision()] {
+            if (word.document()->revision() == revision) QTextCursor(word).insertText(suggestion);
+        });
     if (choices.empty()) choices.emplace_back(QStringLiteral("No Suggestions"), nullptr);
     return choices;
 }

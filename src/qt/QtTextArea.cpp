@@ -14,7 +14,8 @@ namespace sorbel {
 QtTextArea::QtTextArea(TextArea& control, QtWindow& window)
     : ControlView(control, window, *new PlainTextEdit(window)),
       mControl(control),
-      mEdit(static_cast<QTextEdit&>(Widget())) {
+      mEdit(static_cast<QTextEdit&>(Widget())),
+      mShown(control) {
     mEdit.setTabChangesFocus(!control.AllowTabs);
     mEdit.setReadOnly(control.ReadOnly);
     if (control.ReadOnly)
@@ -28,14 +29,13 @@ QtTextArea::QtTextArea(TextArea& control, QtWindow& window)
 QtTextArea::~QtTextArea() = default;
 
 /// `toPlainText` would turn no-break spaces into plain ones.
-QString QtTextArea::ShownText() const {
+QString QtTextArea::TextOfWidget() const {
     return mEdit.document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
 }
 
 /// Also called for what is no edit, such as a step of a composition, which is not part of the text yet.
 void QtTextArea::TakeEdit() {
-    const QString text = ShownText();
-    if (text != ToEditable(mControl.Text())) mControl.UserSetText(SpliceEdit(mControl.Text(), text));
+    if (!mShown.Take(TextOfWidget())) Changed(Aspect::Text);
 }
 
 void QtTextArea::Show(Aspects changed) {
@@ -54,12 +54,17 @@ qsizetype QtTextArea::LongestHead(const QString& before, const QString& after) c
     return limited.Head + limited.Tail == std::min(before.size(), after.size()) ? limit : after.size();
 }
 
+void QtTextArea::ShowText() {
+    if (mShown.IsPresent()) return;
+    const QString before = TextOfWidget();
+    const QString after = ToEditable(mControl.Text());
+    if (before != after) ShowDifference(before, after);
+    mShown.Update();
+}
+
 /// Replaces what differs. The cursor goes where an insertion or a removal took place, as undo and redo make
 /// them, else to the end; a text that cannot be edited is shown from its start.
-void QtTextArea::ShowText() {
-    const QString before = ShownText();
-    const QString after = ToEditable(mControl.Text());
-    if (before == after) return;
+void QtTextArea::ShowDifference(const QString& before, const QString& after) {
     const Difference difference = Compare(before, after, LongestHead(before, after));
     QTextCursor cursor(mEdit.document());
     cursor.setPosition(static_cast<int>(difference.Head));

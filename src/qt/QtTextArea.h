@@ -1,7 +1,7 @@
 #pragma once
 
 #include "qt/ControlView.h"
-#include "ui/toolkit/TextEditor.h"
+#include "qt/ShownText.h"
 
 class QTextEdit;
 
@@ -23,12 +23,14 @@ class QtTextArea : public ControlView {
   private:
     void TakeEdit();
     void ShowText();
+    void ShowDifference(const QString& before, const QString& after);
     void ShowRuns();
     [[nodiscard]] qsizetype LongestHead(const QString& before, const QString& after) const;
-    [[nodiscard]] QString ShownText() const;
+    [[nodiscard]] QString TextOfWidget() const;
 
     TextArea& mControl;
     QTextEdit& mEdit;
+    ShownText mShown;
     std::unique_ptr<SpellHighlighter> mSpelling;
 };
 

@@ -5,7 +5,6 @@
 
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
-#include "qt/TextSplice.h"
 
 namespace sorbel {
 
@@ -27,17 +26,19 @@ class LineEdit : public QLineEdit {
 QtTextField::QtTextField(TextField& control, QtWindow& window)
     : ControlView(control, window, *new LineEdit(window)),
       mControl(control),
-      mEdit(static_cast<QLineEdit&>(Widget())) {
+      mEdit(static_cast<QLineEdit&>(Widget())),
+      mShown(control) {
     mEdit.setReadOnly(control.ReadOnly);
     QObject::connect(&mEdit, &QLineEdit::textChanged, [this](const QString& text) {
-        mControl.UserSetText(SpliceEdit(mControl.Text(), text));
+        if (!mShown.Take(text)) Changed(Aspect::Text);
     });
 }
 
 void QtTextField::Show(Aspects changed) {
-    if (!changed.Has(Aspect::Text)) return;
+    if (!changed.Has(Aspect::Text) || mShown.IsPresent()) return;
     const QString text = ToEditable(mControl.Text());
     if (mEdit.text() != text) mEdit.setText(text);
+    mShown.Update();
 }
 
 void QtTextField::Edit(EditCommand command) {

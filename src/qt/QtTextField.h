@@ -1,7 +1,7 @@
 #pragma once
 
 #include "qt/ControlView.h"
-#include "ui/toolkit/TextEditor.h"
+#include "qt/ShownText.h"
 
 class QLineEdit;
 
@@ -20,6 +20,7 @@ class QtTextField : public ControlView {
   private:
     TextField& mControl;
     QLineEdit& mEdit;
+    ShownText mShown;
 };
 
 }  // namespace sorbel

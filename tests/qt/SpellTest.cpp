@@ -162,6 +162,18 @@ TEST_F(Spelling, ASuggestionIsAnEditOfTheUser) {
     });
     QTest::keyClick(&Edit(), Qt::Key_F10, Qt::ShiftModifier);
     EXPECT_EQ(Small->Area.Text(), "kleine &Da&tei");
+
+    Small->Area.SetText("kleine Dadei");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !Marked().isEmpty(); }));
+    Edit().setTextCursor(cursor);
+    Answer([this](QWidget& menu) {
+        Small->Area.SetText("Schrift kleine");
+        Settle();
+        QTest::keyClick(&menu, Qt::Key_Down);
+        QTest::keyClick(&menu, Qt::Key_Return);
+    });
+    QTest::keyClick(&Edit(), Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(Small->Area.Text(), "Schrift kleine");  // the word is gone
 }
 
 }  // namespace sorbel

@@ -83,6 +83,46 @@ TEST_F(Text, AssignedTextsPutTheCursorWhereTheyChanged) {
     EXPECT_EQ(Edit().textCursor().selectedText(), "one two");
 }
 
+TEST_F(Text, AnEditOfWhatIsNoLongerTheTextIsNotWritten) {
+    Small->Area.SetText("one");
+    Small->Field.SetText("one");
+    Open();
+    const auto edit = [this] {
+        Edit().insertPlainText("x");  // past all events
+        On<QLineEdit>(Small->Field).insert("x");
+    };
+    Small->Area.SetText("two");
+    Small->Field.SetText("two");
+    edit();
+    EXPECT_EQ(Small->Area.Text() + Small->Field.Text(), "twotwo");
+    Settle();
+    EXPECT_EQ(Edit().toPlainText(), "two");
+    EXPECT_EQ(On<QLineEdit>(Small->Field).text(), "two");
+    for (TextEditor* editor :
+         {static_cast<TextEditor*>(&Small->Area), static_cast<TextEditor*>(&Small->Field)})
+        editor->SetSubject("another thing");  // with the same text
+    edit();
+    EXPECT_EQ(Small->Area.Text() + Small->Field.Text(), "twotwo");
+    Settle();
+    edit();
+    EXPECT_EQ(Small->Area.Text() + Small->Field.Text(), "xtwotwox");
+}
+
+TEST_F(Text, WhatTheOwnerMakesOfAnEditIsShown) {
+    Open();
+    FocusArea();
+    Small->Area.TextChange = [this] {
+        if (Small->Area.Text() == "x") Small->Area.SetText("owner's");
+    };
+    QTest::keyClick(&Edit(), 'x');
+    Settle();
+    EXPECT_EQ(Edit().toPlainText(), "owner's");
+    Small->Area.SetEnabled(false);
+    Edit().insertPlainText("x");
+    Settle();
+    EXPECT_EQ(Edit().toPlainText(), "owner's");
+}
+
 TEST_F(Text, RunsAreColoured) {
     Small->Area.StyledText = Small->Area.ReadOnly = true;
     Small->Area.SetText("");

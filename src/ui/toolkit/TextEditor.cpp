@@ -13,6 +13,12 @@ void TextEditor::SetText(StringView text) {
     Raise(TextChange);
 }
 
+void TextEditor::SetSubject(String subject) {
+    if (subject == mSubject) return;
+    mSubject = std::move(subject);
+    Changed(Aspect::Text);
+}
+
 void TextEditor::UserSetText(StringView text) {
     if (ReadOnly || text == mText) return;
     ByUser([&] { SetText(text); });

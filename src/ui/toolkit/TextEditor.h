@@ -15,6 +15,11 @@ class TextEditor : public Control {
     /// Raises `TextChange` whether or not the text differs. All runs take the present `TextColor`.
     void SetText(StringView text);
 
+    /// What it is the text of, by a name that the owner chooses. A view takes no edit that was made to the text
+    /// of another subject.
+    [[nodiscard]] const String& Subject() const { return mSubject; }
+    void SetSubject(String subject);
+
     /// The text changed, whoever changed it.
     std::function<void()> TextChange;
     /// A user's edit to this whole text; nothing happens if it is the present one or the text is read-only.
@@ -28,6 +33,9 @@ class TextEditor : public Control {
     virtual void TextReplaced() {}
 
     String mText;
+
+  private:
+    String mSubject;
 };
 
 /// One line.
