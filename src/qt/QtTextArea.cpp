@@ -1,5 +1,6 @@
 #include "qt/QtTextArea.h"
 
+#include <QScrollBar>
 #include <QTextDocument>
 #include <algorithm>
 
@@ -58,8 +59,10 @@ void QtTextArea::ShowText() {
     if (mShown.IsPresent()) return;
     const QString before = TextOfWidget();
     const QString after = ToEditable(mControl.Text());
+    const bool other = !mShown.IsOfSubject();
     if (before != after) ShowDifference(before, after);
     mShown.Update();
+    if (other) ShowTop();
 }
 
 /// Replaces what differs. The cursor goes where an insertion or a removal took place, as undo and redo make
@@ -77,6 +80,12 @@ void QtTextArea::ShowDifference(const QString& before, const QString& after) {
     else if (kept == 0 || (kept != before.size() && kept != after.size()))
         cursor.movePosition(QTextCursor::End);
     mEdit.setTextCursor(cursor);
+}
+
+/// Wherever the cursor was in the text before.
+void QtTextArea::ShowTop() {
+    mEdit.setTextCursor(QTextCursor(mEdit.document()));
+    mEdit.verticalScrollBar()->setValue(0);
 }
 
 /// Runs in the control's own colour take that of the widget, which also has one for the disabled state.

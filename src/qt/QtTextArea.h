@@ -24,6 +24,7 @@ class QtTextArea : public ControlView {
     void TakeEdit();
     void ShowText();
     void ShowDifference(const QString& before, const QString& after);
+    void ShowTop();
     void ShowRuns();
     [[nodiscard]] qsizetype LongestHead(const QString& before, const QString& after) const;
     [[nodiscard]] QString TextOfWidget() const;

@@ -14,7 +14,8 @@ class ShownText {
     explicit ShownText(TextEditor& control) : mControl(control) {}
 
     /// The widget shows what the control holds.
-    [[nodiscard]] bool IsPresent() const { return mText == mControl.Text() && mSubject == mControl.Subject(); }
+    [[nodiscard]] bool IsPresent() const { return mText == mControl.Text() && IsOfSubject(); }
+    [[nodiscard]] bool IsOfSubject() const { return mSubject == mControl.Subject(); }
     /// The widget has been brought in line.
     void Update();
     /// The widget's whole text after an edit goes to the control. False: the widget has to be brought in

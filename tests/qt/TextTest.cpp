@@ -1,5 +1,6 @@
 #include <QClipboard>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTextEdit>
 
 #include "Screen.h"
@@ -121,6 +122,25 @@ TEST_F(Text, WhatTheOwnerMakesOfAnEditIsShown) {
     Edit().insertPlainText("x");
     Settle();
     EXPECT_EQ(Edit().toPlainText(), "owner's");
+}
+
+TEST_F(Text, AnotherSubjectIsShownFromItsTop) {
+    String lines = "first";
+    for (int line = 0; line < 40; ++line)
+        lines += "\nline";
+    Small->Area.SetText(lines);
+    Open();
+    int subject = 0;
+    for (const String& text : {lines, lines + "\nmore", "other\n" + lines, String("short"), String()}) {
+        Edit().moveCursor(QTextCursor::End);
+        Small->Area.SetSubject(std::to_string(++subject));
+        Small->Area.SetText(text);
+        Settle();
+        EXPECT_EQ(FromQt(Edit().toPlainText()), text);
+        EXPECT_EQ(Edit().textCursor().position(), 0);
+        EXPECT_EQ(Edit().textCursor().anchor(), 0);
+        EXPECT_EQ(Edit().verticalScrollBar()->value(), 0);
+    }
 }
 
 TEST_F(Text, RunsAreColoured) {

@@ -15,8 +15,8 @@ class TextEditor : public Control {
     /// Raises `TextChange` whether or not the text differs. All runs take the present `TextColor`.
     void SetText(StringView text);
 
-    /// What it is the text of, by a name that the owner chooses. A view takes no edit that was made to the text
-    /// of another subject.
+    /// What it is the text of, by a name that the owner chooses. A view shows the text of another subject
+    /// from its start, and takes no edit that was made to the text of another.
     [[nodiscard]] const String& Subject() const { return mSubject; }
     void SetSubject(String subject);
 
