@@ -97,7 +97,13 @@ QRegion ListView::visualRegionForSelection(const QItemSelection& selection) cons
     return region;
 }
 
+void ListView::Refresh() {
+    mStale = true;
+    viewport()->update();
+}
+
 void ListView::paintEvent(QPaintEvent* event) {
+    mStale = false;
     QPainter painter(viewport());
     painter.setFont(font());
     const ListRowPainter rows(mList, *this, mWindow.Theme());
@@ -109,8 +115,10 @@ void ListView::paintEvent(QPaintEvent* event) {
     if (hasFocus()) DrawFocusFrame(painter, *viewport());  // the selected row may be out of sight
 }
 
+/// A click takes the text that its row shows, which a paint chooses.
 void ListView::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) return;
+    if (mStale) viewport()->repaint();
     const QPoint at = event->position().toPoint();
     const QModelIndex index = indexAt(at);
     if (!index.isValid()) return mList.UserClick(-1, at.x(), at.y());

@@ -37,6 +37,8 @@ class ListView : public QListView {
     [[nodiscard]] QRect RowRect(int row) const;
     [[nodiscard]] int RowsPerPage() const { return std::max(1, viewport()->height() / RowHeight()); }
 
+    /// Asks for a new paint of all rows.
+    void Refresh();
     /// Opens or closes a folder for the user.
     void OpenRow(int row, bool open);
 
@@ -74,6 +76,7 @@ class ListView : public QListView {
 
     Listbox& mList;
     QtWindow& mWindow;
+    bool mStale = false;  ///< rows have changed since the last paint
 };
 
 }  // namespace sorbel

@@ -28,7 +28,7 @@ void QtListbox::Show(Aspects changed) {
     if (scroll) mView.verticalScrollBar()->setValue(static_cast<int>(mControl.ScrollPosition()));
     if (rows || changed.Has(Aspect::Selection)) ShowSelection();
     if (moved) mView.scrollTo(mView.currentIndex());
-    mView.viewport()->update();
+    mView.Refresh();
     mTelling = false;
     // The last page cannot be scrolled further up, and following the selection scrolls as well.
     const int top = mView.verticalScrollBar()->value();
