@@ -217,17 +217,28 @@ bool Journal::PutBack(StringView before) const {
     }
 }
 
+/// A file that does not exist is an empty one; null: it cannot be read.
+std::shared_ptr<const ByteBuffer> Journal::PresentBytes() const {
+    try {
+        return mFile->Exists() ? ReadContents(*mFile) : std::make_shared<const ByteBuffer>(0);
+    } catch (const IOException&) {
+        return nullptr;
+    }
+}
+
 void Journal::Save(StringView bytes) {
-    const std::shared_ptr<const ByteBuffer> before = mFile->Exists() ? ReadContents(*mFile) : nullptr;
-    const bool prepared = mDocument->Log() == this && PrepareSave(before ? before->View() : "", bytes);
+    if (mDocument->Log() != this) return WriteContents(*mFile, bytes);
+    const bool existed = mFile->Exists();
+    const std::shared_ptr<const ByteBuffer> before = PresentBytes();
+    const bool prepared = before && PrepareSave(before->View(), bytes);
     try {
         WriteContents(*mFile, bytes);
     } catch (const IOException&) {
-        const bool asBefore = !before || PutBack(before->View());
+        const bool asBefore = !existed || (before && PutBack(before->View()));
         if (prepared && asBefore) mJournal.TakeBack();
         throw;
     }
-    if (mDocument->Log() == this) BeginAt(FileState::Of(bytes));
+    BeginAt(FileState::Of(bytes));
 }
 
 bool Journal::NothingIsLeft() const {

@@ -69,6 +69,7 @@ class Journal : public ChangeLog {
     void Settle();
     void Forget();
     void BeginAt(const FileState& base);
+    [[nodiscard]] std::shared_ptr<const ByteBuffer> PresentBytes() const;
     bool PrepareSave(StringView before, StringView after);
     [[nodiscard]] bool PutBack(StringView before) const;
 

@@ -94,13 +94,9 @@ std::optional<int64_t> LeftJournal::LastChange() const {
     return last == mRecords.rend() ? std::nullopt : std::optional(last->Time);
 }
 
-std::optional<int64_t> LeftJournal::LastWrite() const {
+int64_t LeftJournal::LastWrite() const {
     Read();
-    return mRecords.empty() ? std::nullopt : std::optional(mRecords.back().Time);
-}
-
-bool LeftJournal::HoldsNothing() const {
-    return !LastChange() && LastSave().empty();
+    return mRecords.empty() ? 0 : mRecords.back().Time;
 }
 
 // --- Interrupted saves ---
@@ -203,11 +199,9 @@ void RemoveForgottenJournals() {
         const std::unique_ptr<JournalFile> journal = JournalFile::OpenLeftBehind(path);
         if (journal && journal->IsEmpty()) journal->Remove();
     }
-    for (LeftJournal& journal : LeftJournal::All()) {
-        const std::optional<int64_t> last = journal.LastWrite();
-        const bool isOld = last && Clock::Current().LocalSeconds() - *last > Kept;
-        if (journal.HoldsNothing() || (isOld && !journal.File().Exists())) journal.Remove();
-    }
+    for (LeftJournal& journal : LeftJournal::All())
+        if (!journal.File().Exists() && Clock::Current().LocalSeconds() - journal.LastWrite() > Kept)
+            journal.Remove();
 }
 
 }  // namespace sorbel

@@ -41,9 +41,7 @@ class LeftJournal {
     [[nodiscard]] std::optional<Unsaved> Compare(const std::shared_ptr<LocalizedStringSet>& document,
                                                  const FileState& state) const;
     /// When it was written to last, in local seconds.
-    [[nodiscard]] std::optional<int64_t> LastWrite() const;
-    /// Neither a change nor a save.
-    [[nodiscard]] bool HoldsNothing() const;
+    [[nodiscard]] int64_t LastWrite() const;
 
   private:
     LeftJournal(std::unique_ptr<JournalFile> journal, FolderItem file, const FileState& base)
@@ -67,8 +65,8 @@ class LeftJournal {
 /// The files, each once, that have changes in journals left behind.
 [[nodiscard]] std::vector<std::shared_ptr<FolderItem>> FilesWithUnsavedChanges();
 
-/// Removes journals that nobody will ask for: without a change, or older than 90 days and of a file that no
-/// longer exists.
+/// Removes journals that nobody will ask for: empty, or older than 90 days and of a file that no longer
+/// exists.
 void RemoveForgottenJournals();
 
 }  // namespace sorbel

@@ -87,8 +87,10 @@ void QtBackend::EndIfDone() {
         Qt::QueuedConnection);
 }
 
+/// Where nobody can be asked any more, what is unsaved is left to the journals.
 void QtBackend::AskBeforeLogout(QSessionManager& session) {
-    if (!mApp || !session.allowsInteraction()) return;
+    mEndsUnasked = !session.allowsInteraction();
+    if (!mApp || mEndsUnasked) return;
     const bool ended = mApp->Quit();
     session.release();
     if (!ended) session.cancel();
@@ -177,6 +179,10 @@ void QtBackend::Edit(TextEditor& editor, EditCommand command) {
 /// Sees the events of the program itself.
 bool QtBackend::eventFilter(QObject* watched, QEvent* event) {
     if (watched != qApp || !mApp) return false;
+    if (event->type() == QEvent::Quit && mEndsUnasked) {
+        QCoreApplication::exit();
+        return true;
+    }
     if (event->type() == QEvent::ApplicationPaletteChange && !std::exchange(mAppearanceStale, true))
         QMetaObject::invokeMethod(
             this, [this] { AppearanceChanged(); }, Qt::QueuedConnection);

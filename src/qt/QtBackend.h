@@ -66,6 +66,7 @@ class QtBackend : public QObject, public Backend {
     int mBusy = 0;     ///< pieces of work that go on, one inside the other
     bool mShowsBusy = false;
     bool mAppearanceStale = false;
+    bool mEndsUnasked = false;  ///< with the session, which has no time for a question
 };
 
 }  // namespace sorbel
