@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QEventLoop>
-#include <QFile>
 #include <QFileOpenEvent>
 #include <QSessionManager>
 #include <QUrl>
@@ -165,9 +164,8 @@ void QtBackend::Notify(StringView title, StringView text) {
 }
 
 void QtBackend::Launch(const FolderItem& item) {
-    const QString path = QFile::decodeName(QByteArray::fromStdString(item.NativePath()));
-    if (!item.Exists() || !QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
-        throw IOException("The file could not be opened.");
+    const QUrl url = QUrl::fromEncoded(QByteArray::fromStdString(ToUri(item)));
+    if (!item.Exists() || !QDesktopServices::openUrl(url)) throw IOException("The file could not be opened.");
 }
 
 void QtBackend::Edit(TextEditor& editor, EditCommand command) {
@@ -187,7 +185,7 @@ bool QtBackend::eventFilter(QObject* watched, QEvent* event) {
         QMetaObject::invokeMethod(
             this, [this] { AppearanceChanged(); }, Qt::QueuedConnection);
     if (event->type() == QEvent::FileOpen)
-        mApp->OpenDocument(FileFromQt(static_cast<QFileOpenEvent*>(event)->file()));
+        mApp->OpenDocument(FileFromUri(static_cast<QFileOpenEvent*>(event)->url().toEncoded().toStdString()));
     return false;
 }
 

@@ -66,8 +66,9 @@ void QtWindow::dragEnterEvent(QDragEnterEvent* event) {
 void QtWindow::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
     Application& app = mModel->App();
-    for (const QUrl& url : event->mimeData()->urls())
-        if (url.isLocalFile()) app.OpenDocument(FileFromQt(url.toLocalFile()));
+    const QByteArray uris = event->mimeData()->data(QStringLiteral("text/uri-list"));
+    for (const auto& file : FilesFromUriList({uris.data(), static_cast<size_t>(uris.size())}))
+        app.OpenDocument(file);
 }
 
 void QtWindow::keyPressEvent(QKeyEvent* event) {

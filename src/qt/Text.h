@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <vector>
 
 #include "platform/FolderItem.h"
 #include "platform/Text.h"
@@ -19,8 +20,17 @@ namespace sorbel {
 /// UTF-8; lone surrogates made by `ToEditable` become their byte again, others U+FFFD.
 [[nodiscard]] String FromQt(QStringView text);
 
-/// A path of the file system; null for the empty one.
+/// A path of the file system; null for the empty one. Names that are not text in the user's encoding have no
+/// path of this kind: where such may come, take the bytes or an address.
 [[nodiscard]] std::shared_ptr<FolderItem> FileFromQt(const QString& path);
+
+// --- Addresses (`file:` URIs), in which any bytes of a path can be written ---
+
+[[nodiscard]] String ToUri(const FolderItem& file);
+/// Null for what is not a file of this machine.
+[[nodiscard]] std::shared_ptr<FolderItem> FileFromUri(StringView uri);
+/// The files of this machine in a list with a line for each, as one drops them.
+[[nodiscard]] std::vector<std::shared_ptr<FolderItem>> FilesFromUriList(StringView list);
 
 /// Walks over a text in the steps in which `ToEditable` shows it.
 class EditableWalk {

@@ -45,7 +45,8 @@ class Protocol(Case):
         entries = [[bad, [[0, bad + "\U0001F600\0", ""]]]]
         path = self.write(os.fsdecode(b"\xfe.kestrum_locale"), entries)
         program = self.program(path)
-        self.assertEqual(program.windows()[0]["path"], str(path))
+        window = program.windows()[0]
+        self.assertEqual((window["path"], window["title"]), (str(path), path.name))
         self.assertEqual(program.document()["entries"], entries)
         self.assertEqual(program.rows()["rows"][0]["identifier"], bad)
         program.select(0)

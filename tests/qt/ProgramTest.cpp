@@ -1,5 +1,6 @@
 #include <QAccessible>
 #include <QDropEvent>
+#include <QFileOpenEvent>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -9,6 +10,7 @@
 #include "Screen.h"
 #include "platform/SpecialFolder.h"
 #include "shell/Start.h"
+#include "support/TemporaryFolder.h"
 
 namespace sorbel {
 
@@ -138,6 +140,23 @@ TEST_F(Program, FilesDroppedAnywhereAreOpened) {
     Settle();
     EXPECT_EQ(mApp->FrontWindow()->Title(), "Notizbuch newer.kestrum_locale");
     EXPECT_EQ(dynamic_cast<TextArea&>(Named("LocalizedValueField")).Text(), translation);
+}
+
+TEST_F(Program, NamesThatAreNoTextAreOpened) {
+    const TemporaryFolder folder;
+    const auto fileNamed = [&](const String& name) {
+        std::filesystem::copy_file(SORBEL_SAMPLES "/Notizbuch.kestrum_locale", folder / name);
+        return QByteArray::fromStdString(ToUri(FolderItem(folder / name)));
+    };
+    QMimeData files;
+    files.setData("text/uri-list", "http://example.org/a.nvl\r\n" + fileNamed("dropped \xFF.nvl") + "\r\n");
+    QDropEvent drop(QPoint(50, 50), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(View, &drop);
+    EXPECT_EQ(mApp->FrontWindow()->Title(), "dropped \xFF.nvl");
+    EXPECT_EQ(Backend.ViewOf(mApp->FrontWindow())->windowTitle(), QStringLiteral("dropped \uFFFD.nvl"));
+    QFileOpenEvent open(QUrl::fromEncoded(fileNamed("given \xFF%41?#.nvl")));
+    QApplication::sendEvent(qApp, &open);
+    EXPECT_EQ(mApp->FrontWindow()->Title(), "given \xFF%41?#.nvl");
 }
 
 TEST_F(Program, TheWindowFollowsASplitterOncePerStep) {
