@@ -23,6 +23,14 @@ void SetFolders() {
     sorbel::SpecialFolder::SetState(sorbel::SpecialFolder::UsualState());
 }
 
+/// By the bytes of the command line, since a name need not be text.
+sorbel::SessionBus::Files FilesOf(const std::vector<sorbel::String>& words) {
+    sorbel::SessionBus::Files files;
+    for (const sorbel::String& word : words)
+        files.push_back(std::make_shared<sorbel::FolderItem>(word));
+    return files;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -31,9 +39,9 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("Sorbel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SORBEL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.sorbel.Sorbel"));
-    const QStringList files = QCoreApplication::arguments().mid(1);
+    const sorbel::SessionBus::Files files = FilesOf({argv + 1, argv + argc});
     sorbel::SessionBus bus;
-    if (bus.HandOver(files)) return EXIT_SUCCESS;
+    if (const std::optional<int> status = bus.HandOver(files)) return *status;
     const sorbel::DesktopAppearance appearance(QDBusConnection::sessionBus());
     SetFolders();
 

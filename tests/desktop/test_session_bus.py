@@ -3,6 +3,7 @@
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 import sys
 import unittest
@@ -13,7 +14,7 @@ from screen import PATIENCE, Screen, wait_for  # noqa: E402
 
 PROGRAM = os.environ["SORBEL"]
 WELCOME = "Welcome to Sorbel"
-FIRST, SECOND = "first one.kestrum_locale", "zweite%20ä.kestrum_locale"
+FIRST, SECOND, THIRD = "first one.kestrum_locale", "zweite%20ä.kestrum_locale", "third.nvl"
 
 
 class SessionBus(unittest.TestCase):
@@ -22,7 +23,7 @@ class SessionBus(unittest.TestCase):
         self.addCleanup(self.screen.close)
         self.files = self.screen.home / "files"
         self.files.mkdir()
-        for name in (FIRST, SECOND):
+        for name in (FIRST, SECOND, THIRD):
             shutil.copy(ROOT / "samples" / "Notizbuch.kestrum_locale", self.files / name)
 
     def start_bus(self):
@@ -52,6 +53,24 @@ class SessionBus(unittest.TestCase):
             env=self.screen.env, capture_output=True, text=True, timeout=PATIENCE)
         self.assertEqual(answer.returncode == 0, not error, answer.stderr)
         self.assertIn(error, answer.stderr)
+
+    def watch_bus(self):
+        """From now on `wait_for_requests` sees what is asked for on the bus."""
+        self.seen = self.screen.home / "requests"
+        with self.seen.open("wb") as out:
+            self.screen.start("dbus-monitor", "--session", "interface='org.freedesktop.Application'", stdout=out)
+        wait_for("the monitor", lambda: "NameLost" in self.seen.read_text())
+
+    def wait_for_requests(self, count):
+        wait_for("requests", lambda: self.seen.read_text().count("member=Open") == count)
+
+    def stopped(self, title):
+        """A program with one document that gets no turn."""
+        program = self.start(title)
+        self.screen.wait_for_windows(title)
+        program.send_signal(signal.SIGSTOP)
+        self.addCleanup(program.kill)
+        return program
 
     def close(self, title):
         self.screen.activate(title)
@@ -94,6 +113,50 @@ class SessionBus(unittest.TestCase):
         self.start_bus()
         self.call("Open", str([(self.files / FIRST).as_uri()]))
         self.screen.wait_for_windows(FIRST)
+
+    def test_a_later_start_waits_for_a_program_that_gets_no_turn(self):
+        self.start_bus()
+        self.watch_bus()
+        running = self.stopped(FIRST)
+        later = self.start(SECOND)
+        self.wait_for_requests(1)
+        self.assertIsNone(later.poll())
+        running.send_signal(signal.SIGCONT)
+        self.assertEqual(later.wait(PATIENCE), 0)
+        self.screen.wait_for_windows(FIRST, SECOND)
+        self.wait_for_requests(1)
+
+    def test_a_start_that_waits_takes_the_place_of_a_program_that_dies(self):
+        self.start_bus()
+        self.watch_bus()
+        running = self.stopped(FIRST)
+        waiting = [self.start(SECOND), self.start(THIRD)]
+        self.wait_for_requests(2)
+        running.kill()
+        self.screen.wait_for_windows(SECOND, THIRD)
+        wait_for("one program", lambda: [start.poll() for start in waiting] in ([0, None], [None, 0]))
+        self.start_again(FIRST)
+        self.screen.wait_for_windows(FIRST, SECOND, THIRD)
+
+    def test_names_that_are_no_text(self):
+        paths = [self.files / os.fsdecode(b"%d\xff.nvl" % number) for number in range(3)]
+        for path in paths:
+            shutil.copy(self.files / FIRST, path)
+        titles = ["%d\ufffd.nvl" % number for number in range(3)]
+        self.start_bus()
+        self.start(paths[0].name)
+        self.screen.wait_for_windows(titles[0])
+        self.start_again(paths[1].name)
+        self.screen.wait_for_windows(*titles[:2])
+        self.call("Open", str([paths[2].as_uri()]))
+        self.screen.wait_for_windows(*titles)
+
+    def test_the_signal_of_the_file_size_limit_does_not_end_it(self):
+        running = self.start(FIRST)
+        self.screen.wait_for_windows(FIRST)
+        running.send_signal(signal.SIGXFSZ)
+        self.close(FIRST)
+        self.assertEqual(running.wait(PATIENCE), 0)
 
     def test_without_a_bus_each_start_is_its_own(self):
         programs = [self.start(FIRST), self.start(SECOND)]
