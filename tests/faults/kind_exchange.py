@@ -11,7 +11,8 @@ ENTRIES = [["greeting", [[0, "Hello", "Hallo"], [1, "Hello, Mac", ""]]],
            ["leave", [[1, "Quit", "Weg"], [2, "Exit", ""]]],
            ["blank", [[0, "", ""]]]]
 NEWER = locale_file.to_bytes([["greeting", [[0, "Hello!", "Grüße"], [3, "", "Linux"]]],
-                              ["leave", [[1, "Quit", ""]]], ["gone", [[0, "x", "y"]]]], history=[("2000-01-01 00:00:00", ENTRIES)])
+                              ["leave", [[1, "Quit", ""]]], ["gone", [[0, "x", "y"]]]],
+                             history=[("2000-01-01 00:00:00", ENTRIES)])
 ROWS = ("greeting\tAny\tHello\tGrüße\\n\\t\"\nleave\tLinux\t\tEnde, \\\\\r\n"
         "blank\tWindows\tx\t\nnone\tAny\tx\ty\n").encode()
 COMMAS = b"greeting,Any,Hello,\tGo\nleave,Mac OS,,Gone\n"

@@ -50,7 +50,6 @@ class Save(Operation):
             raise Fault("the save gave %r" % reply)
         return unsaved.failed_save(reply)
 
-
     def check(self, case, contents):
         if contents != {case.path.name: case.saved}:
             raise Fault("a wrong file was saved")
