@@ -253,7 +253,7 @@ class Interchange(Case):
         out.write_bytes(b"old")
         program = self.program(document)
         program.select(0)
-        program.type("longer")
+        program.type("longer " * 9)
         limit = len(before)
         resource.prlimit(program.process.pid, resource.RLIMIT_FSIZE, (limit, limit))
         program.menu("FileSave")

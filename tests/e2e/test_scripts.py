@@ -93,7 +93,7 @@ class Scripts(driver.Case):
         self.assertEqual(program.call("menu", script="Show Scripts Folder")["launched"], [str(self.scripts)])
 
     def test_a_mark_of_utf8_is_skipped_and_a_pipe_is_not_waited_for(self):
-        program = self.start()
+        program = self.start(self.write(entries=ENTRIES))
         self.install("marked.sorbel_script", "\ufeffBeep")
         os.mkfifo(self.scripts / "pipe.sorbel_script")
         program.menus()

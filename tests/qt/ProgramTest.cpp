@@ -150,12 +150,17 @@ TEST_F(Program, NamesThatAreNoTextAreOpened) {
     };
     QMimeData files;
     files.setData("text/uri-list", "http://example.org/a.nvl\r\n" + fileNamed("dropped \xFF.nvl") + "\r\n");
-    QDropEvent drop(QPoint(50, 50), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    const QPoint at(50, 50);
+    QDragEnterEvent enter(at, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(View, &enter);
+    QDropEvent drop(at, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(View, &drop);
+    Settle();
     EXPECT_EQ(mApp->FrontWindow()->Title(), "dropped \xFF.nvl");
-    EXPECT_EQ(Backend.ViewOf(mApp->FrontWindow())->windowTitle(), QStringLiteral("dropped \uFFFD.nvl"));
+    EXPECT_EQ(Backend.ViewOf(mApp->FrontWindow())->windowTitle(), QStringLiteral("dropped \uFFFD.nvl[*]"));
     QFileOpenEvent open(QUrl::fromEncoded(fileNamed("given \xFF%41?#.nvl")));
     QApplication::sendEvent(qApp, &open);
+    Settle();
     EXPECT_EQ(mApp->FrontWindow()->Title(), "given \xFF%41?#.nvl");
 }
 

@@ -38,7 +38,7 @@ TEST(Uri, OfOtherProgramsAreUnderstood) {
 }
 
 TEST(Uri, ListsHaveALineForEach) {
-    const StringView list("# file:///no\r\nfile:///a\r\nhttp://b/\r\n\nfile:///c%FF\0", 46);
+    const StringView list("# file:///no\r\nfile:///a\r\nhttp://b/\r\n\nfile:///c%FF\0", 50);
     String paths;
     for (const auto& file : FilesFromUriList(list))
         paths += file->NativePath() + " ";
