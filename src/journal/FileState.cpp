@@ -2,9 +2,6 @@
 
 #include <xxhash.h>
 
-#include <memory>
-#include <new>
-
 namespace sorbel {
 
 FileState FileState::Of(StringView bytes) {
@@ -12,15 +9,8 @@ FileState FileState::Of(StringView bytes) {
     return {bytes.size(), hash.low64, hash.high64};
 }
 
-uint64_t Hash64(StringView bytes, StringView more) {
-    if (more.empty()) return XXH3_64bits(bytes.data(), bytes.size());
-    const std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state(XXH3_createState(),
-                                                                                XXH3_freeState);
-    if (!state) throw std::bad_alloc();
-    XXH3_64bits_reset(state.get());
-    for (const StringView part : {bytes, more})
-        XXH3_64bits_update(state.get(), part.data(), part.size());
-    return XXH3_64bits_digest(state.get());
+uint64_t Hash64(StringView bytes) {
+    return XXH3_64bits(bytes.data(), bytes.size());
 }
 
 }  // namespace sorbel

@@ -15,7 +15,7 @@ struct FileState {
     bool operator==(const FileState&) const = default;
 };
 
-/// A hash of 64 bits (XXH3) of two stretches of bytes as if they were one.
-[[nodiscard]] uint64_t Hash64(StringView bytes, StringView more = {});
+/// A hash of 64 bits (XXH3).
+[[nodiscard]] uint64_t Hash64(StringView bytes);
 
 }  // namespace sorbel

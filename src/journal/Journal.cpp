@@ -195,50 +195,43 @@ void Journal::AppendBase() {
     mJournal.Append(RecordType::Base, base.Bytes());
 }
 
-/// False: what the journal needs for it could not be written, so the save is not protected.
-bool Journal::PrepareSave(StringView before, StringView after) {
+/// The file as it is before the save, now that the journal can complete it. Nothing: the file cannot be read,
+/// or the journal cannot be written, so the save is not protected.
+std::optional<BeforeSave> Journal::PrepareSave(StringView after, const FileState& state) {
     try {
+        BeforeSave before(*mFile, after);
         if (mJournal.IsEmpty()) AppendBase();
-        mJournal.AppendNow(RecordType::Save, SaveRecord::Make(before, after), after);
-        return true;
+        mJournal.AppendNow(RecordType::Save, SaveRecord::Make(before, state), after.substr(before.Offset()));
+        return before;
     } catch (const IOException& failure) {
         mFailed(failure.Message());
-        return false;
+        return std::nullopt;
     }
 }
 
-/// After a failed save; false: that failed as well.
-bool Journal::PutBack(StringView before) const {
+/// After a failed save, which may have come anywhere. False: this failed as well.
+bool Journal::PutBack(const BeforeSave& before) const {
     try {
-        if (ReadContents(*mFile)->View() != before) WriteContents(*mFile, before);
+        const String bytes = before.Bytes();
+        if (ReadContents(*mFile)->View() != bytes) WriteContents(*mFile, bytes);
         return true;
     } catch (const IOException&) {
         return false;
-    }
-}
-
-/// A file that does not exist is an empty one; null: it cannot be read.
-std::shared_ptr<const ByteBuffer> Journal::PresentBytes() const {
-    try {
-        return mFile->Exists() ? ReadContents(*mFile) : std::make_shared<const ByteBuffer>(0);
-    } catch (const IOException&) {
-        return nullptr;
     }
 }
 
 void Journal::Save(StringView bytes) {
     if (mDocument->Log() != this) return WriteContents(*mFile, bytes);
     const bool existed = mFile->Exists();
-    const std::shared_ptr<const ByteBuffer> before = PresentBytes();
-    const bool prepared = before && PrepareSave(before->View(), bytes);
+    const FileState state = FileState::Of(bytes);
+    const std::optional<BeforeSave> before = PrepareSave(bytes, state);
     try {
         WriteContents(*mFile, bytes);
     } catch (const IOException&) {
-        const bool asBefore = !existed || (before && PutBack(before->View()));
-        if (prepared && asBefore) mJournal.TakeBack();
+        if (before && (!existed || PutBack(*before))) mJournal.TakeBack();
         throw;
     }
-    BeginAt(FileState::Of(bytes));
+    BeginAt(state);
 }
 
 bool Journal::NothingIsLeft() const {

@@ -2,9 +2,11 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
+#include "journal/BeforeSave.h"
 #include "journal/EditedRows.h"
 #include "journal/FileState.h"
 #include "journal/JournalFile.h"
@@ -69,9 +71,8 @@ class Journal : public ChangeLog {
     void Settle();
     void Forget();
     void BeginAt(const FileState& base);
-    [[nodiscard]] std::shared_ptr<const ByteBuffer> PresentBytes() const;
-    bool PrepareSave(StringView before, StringView after);
-    [[nodiscard]] bool PutBack(StringView before) const;
+    [[nodiscard]] std::optional<BeforeSave> PrepareSave(StringView after, const FileState& state);
+    [[nodiscard]] bool PutBack(const BeforeSave& before) const;
 
     std::shared_ptr<LocalizedStringSet> mDocument;
     std::shared_ptr<FolderItem> mFile;

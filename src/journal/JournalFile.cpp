@@ -77,7 +77,7 @@ void JournalFile::AppendNow(RecordType type, StringView payload, StringView more
     mUnwritten.clear();
     mSizeBefore = mSize;
     try {
-        Write(RecordHeader(type, Clock::Current().LocalSeconds(), payload, more));
+        Write(RecordHeader(type, Clock::Current().LocalSeconds(), payload, more.size()));
         Write(payload);
         Write(more);
         if (Uninterrupted([&] { return fdatasync(mFile->Number()); }) != 0) ThrowSystemError(errno);

@@ -29,8 +29,8 @@ class JournalFile {
     /// Appends a record, and what earlier calls could not write. Fails with IOException; the record is kept
     /// then and written with the next one.
     void Append(RecordType type, StringView payload);
-    /// Appends a record in two pieces and waits until the disk has it. Fails with IOException, and nothing is
-    /// kept of it.
+    /// Appends a record in two pieces, of which the first has a checksum of the second, and waits until the
+    /// disk has it. Fails with IOException, and nothing is kept of it.
     void AppendNow(RecordType type, StringView payload, StringView more);
     /// Takes the last record away that `AppendNow` has written.
     void TakeBack() { CutTo(mSizeBefore); }

@@ -116,13 +116,12 @@ bool LeftJournal::HasHalfWritten(StringView file) const try {
 }
 
 void LeftJournal::CompleteSave() const {
-    WriteContents(mFile, SaveRecord(LastSave()).After());
+    WriteContents(mFile, SaveRecord(LastSave()).After(ReadContents(mFile)->View()));
 }
 
 bool LeftJournal::IsOurs(const FileState& state) const try {
     return state == mBase || std::ranges::any_of(mRecords, [&](const Record& record) {
-               return record.Type == RecordType::Save &&
-                      FileState::Of(SaveRecord(record.Payload).After()) == state;
+               return record.Type == RecordType::Save && SaveRecord(record.Payload).StateAfter() == state;
            });
 } catch (const OutOfBoundsException&) {
     return false;

@@ -7,22 +7,22 @@ namespace sorbel {
 namespace {
 
 struct Header {
-    uint64_t Size;
+    uint64_t Size, SizeChecked;
     int64_t Time;
     uint64_t Type;
     uint64_t Checksum;
 };
 
-uint64_t ChecksumOf(Header header, StringView payload, StringView more = {}) {
-    header.Checksum = Hash64(payload, more);
+uint64_t ChecksumOf(Header header, StringView payload) {
+    header.Checksum = Hash64(payload.substr(0, static_cast<size_t>(header.SizeChecked)));
     return Hash64({reinterpret_cast<const char*>(&header), sizeof header});
 }
 
 }  // namespace
 
-String RecordHeader(RecordType type, int64_t time, StringView payload, StringView more) {
-    Header header{payload.size() + more.size(), time, static_cast<uint64_t>(type), 0};
-    header.Checksum = ChecksumOf(header, payload, more);
+String RecordHeader(RecordType type, int64_t time, StringView payload, size_t more) {
+    Header header{payload.size() + more, payload.size(), time, static_cast<uint64_t>(type), 0};
+    header.Checksum = ChecksumOf(header, payload);
     return {reinterpret_cast<const char*>(&header), sizeof header};
 }
 

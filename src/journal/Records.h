@@ -83,9 +83,9 @@ struct Record {
     StringView Payload;
 };
 
-/// What stands before the payload: its size, the time, the type and a checksum of all of it. The payload may
-/// come in two pieces.
-[[nodiscard]] String RecordHeader(RecordType type, int64_t time, StringView payload, StringView more = {});
+/// What stands before the payload: its size, the time, the type and a checksum of all of it. `more`: so many
+/// bytes behind the payload belong to it, but have a checksum of their own in it.
+[[nodiscard]] String RecordHeader(RecordType type, int64_t time, StringView payload, size_t more = 0);
 
 /// The records up to the end or to the first that is damaged.
 [[nodiscard]] std::vector<Record> ReadRecords(StringView journal);

@@ -9,39 +9,53 @@ namespace sorbel {
 
 namespace {
 
+constexpr size_t BlockSize = BeforeSave::BlockSize;
+
 size_t BlockCount(uint64_t size) {
-    return static_cast<size_t>((size + SaveRecord::BlockSize - 1) / SaveRecord::BlockSize);
+    return static_cast<size_t>((size + BlockSize - 1) / BlockSize);
 }
 
 StringView Block(StringView bytes, size_t index) {
-    const size_t start = index * SaveRecord::BlockSize;
-    return start < bytes.size() ? bytes.substr(start, SaveRecord::BlockSize) : StringView();
+    const size_t start = index * BlockSize;
+    return start < bytes.size() ? bytes.substr(start, BlockSize) : StringView();
 }
 
 }  // namespace
 
-String SaveRecord::Make(StringView before, StringView after) {
+String SaveRecord::Make(const BeforeSave& before, const FileState& after) {
     RecordWriter record;
-    record.Put(uint64_t{before.size()});
-    record.Put(uint64_t{BlockCount(before.size()) * sizeof(uint64_t)});
-    for (size_t index = 0; index < BlockCount(before.size()); ++index)
-        record.Put(Hash64(Block(before, index)));
-    record.PutText(Block(before, after.size() / BlockSize));
+    record.Put(after);
+    record.Put(uint64_t{before.Offset()});
+    record.Put(before.Size() - before.Offset());
+    record.PutText({reinterpret_cast<const char*>(before.BlockHashes().data()),
+                    before.BlockHashes().size() * sizeof(uint64_t)});
+    record.PutText(before.MixedBlock());
     return record.Bytes();
 }
 
 SaveRecord::SaveRecord(StringView bytes) {
     RecordReader record(bytes);
+    mStateAfter = record.Take<FileState>();
+    mOffset = record.Take<uint64_t>();
     mSizeBefore = record.Take<uint64_t>();
     mBlocksBefore = record.TakeText();
     mMixedBefore = record.TakeText();
     mAfter = record.Rest();
-    if (mBlocksBefore.size() != BlockCount(mSizeBefore) * sizeof(uint64_t))
+    if (mBlocksBefore.size() != BlockCount(mSizeBefore) * sizeof(uint64_t) ||
+        mStateAfter.Size != mOffset + mAfter.size())
         throw OutOfBoundsException("A save's record does not fit together.");
 }
 
+String SaveRecord::After(StringView file) const {
+    return String(file.substr(0, static_cast<size_t>(mOffset))) + String(mAfter);
+}
+
+/// What lies before the offset is the same in the old file and in the new one, so the new one's hash covers
+/// it.
 SaveRecord::Found SaveRecord::Compare(StringView file) const {
-    if (file == mAfter) return Found::After;
+    if (FileState::Of(file) == mStateAfter) return Found::After;
+    if (file.size() < mOffset || FileState::Of(After(file)) != mStateAfter) return Found::Foreign;
+    file.remove_prefix(static_cast<size_t>(mOffset));
     bool isBefore = file.size() == mSizeBefore;
     bool isKnown = file.size() <= std::max<size_t>(mSizeBefore, mAfter.size());
     for (size_t index = 0; isKnown && index < BlockCount(file.size()); ++index) {

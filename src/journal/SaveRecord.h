@@ -3,6 +3,7 @@
 #include <optional>
 #include <vector>
 
+#include "journal/BeforeSave.h"
 #include "journal/FileState.h"
 #include "platform/Text.h"
 
@@ -12,11 +13,9 @@ namespace sorbel {
 /// came, and to complete it.
 class SaveRecord {
   public:
-    /// Blocks in which a system writes to a file; each is the old one or the new one.
-    static constexpr size_t BlockSize = 4096;
-
-    /// What a journal keeps; the bytes of `after` stand behind it.
-    [[nodiscard]] static String Make(StringView before, StringView after);
+    /// What a journal keeps: this and, behind it, the new bytes from `before.Offset()` on. `after` is the
+    /// state that they make.
+    [[nodiscard]] static String Make(const BeforeSave& before, const FileState& after);
     /// Refers to `bytes`, as kept; fails with OutOfBoundsException for others.
     explicit SaveRecord(StringView bytes);
 
@@ -27,12 +26,17 @@ class SaveRecord {
         Foreign  ///< others have written to the file since
     };
     [[nodiscard]] Found Compare(StringView file) const;
-    [[nodiscard]] StringView After() const { return mAfter; }
+    /// The whole new file, from one that was found half written.
+    [[nodiscard]] String After(StringView file) const;
+    [[nodiscard]] const FileState& StateAfter() const { return mStateAfter; }
 
   private:
     [[nodiscard]] bool IsKnownBlock(StringView file, size_t index) const;
     [[nodiscard]] uint64_t BlockHash(size_t index) const;
 
+    FileState mStateAfter;  // of the whole file
+    uint64_t mOffset = 0;
+    // From the offset on.
     uint64_t mSizeBefore = 0;
     StringView mBlocksBefore;  // hashes
     StringView mMixedBefore;   // the old bytes of the block in which the new ones end

@@ -7,6 +7,7 @@
 #include <new>
 
 #include "platform/FileDescriptor.h"
+#include "platform/LargePages.h"
 
 namespace sorbel {
 
@@ -117,7 +118,9 @@ void Remove(const String& path) {
 
 }  // namespace
 
-ByteBuffer::ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {}
+ByteBuffer::ByteBuffer(size_t size) : mData(new char[size]), mSize(size) {
+    WishLargePages(mData.get(), size);
+}
 
 std::shared_ptr<const ByteBuffer> ReadContents(const FolderItem& f) try {
     if (!LeadsToFile(f.NativePath())) ThrowSystemError(ENOENT);

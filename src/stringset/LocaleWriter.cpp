@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/LargePages.h"
 #include "stringset/LocaleFormat.h"
 
 namespace sorbel {
@@ -75,6 +76,7 @@ int64_t WriteTaggedData(String& out, int32_t tag, StringView value) {
 
 String LocaleWriter::WriteData(const LocalizedStringSet& set) {
     mOut.reserve(SizeOf(set));
+    WishLargePages(mOut.data(), mOut.capacity());
     Enter(set);
     while (!mFrames.empty()) {
         Frame& frame = mFrames.back();

@@ -196,14 +196,16 @@ TEST_F(JournalTest, CompletesAnInterruptedSaveAndNoOther) {
     Log->Discard();
     Log.reset();
     journal.Append(RecordType::Base, base.Bytes());
-    journal.AppendNow(RecordType::Save, SaveRecord::Make(before, after), after);
+    const BeforeSave told(*File, after);
+    journal.AppendNow(RecordType::Save, SaveRecord::Make(told, FileState::Of(after)),
+                      after.substr(told.Offset()));
     fs::copy(Folder / "state", Folder / "copy");
     journal.Remove();
     fs::remove_all(Folder / "state");
     fs::rename(Folder / "copy", Folder / "state");
 
     EXPECT_FALSE(CompleteInterruptedSave(*File)) << "it had not begun";
-    const String half = after.substr(0, SaveRecord::BlockSize);
+    const String half = after.substr(0, BeforeSave::BlockSize);
     WriteContents(*File, half);
     EXPECT_EQ(FilesWithUnsavedChanges().size(), 1u);
     WriteContents(*File, half + "theirs");

@@ -5,18 +5,30 @@
 #include <random>
 
 #include "platform/Exceptions.h"
+#include "platform/FileContents.h"
+#include "support/TemporaryFolder.h"
 
 namespace sorbel {
 namespace {
 
 using Found = SaveRecord::Found;
-constexpr size_t Block = SaveRecord::BlockSize;
+constexpr size_t Block = BeforeSave::BlockSize;
 
 String AnyBytes(std::mt19937& random, size_t size) {
     String bytes(size, '\0');
     for (char& byte : bytes)
         byte = static_cast<char>(random());
     return bytes;
+}
+
+/// What a journal keeps of the save of a file that holds `before`, which must be told right.
+String Kept(const String& before, const String& after) {
+    const TemporaryFolder folder;
+    const FolderItem file(folder / "file");
+    if (!before.empty()) WriteContents(file, before);
+    const BeforeSave told(file, after);
+    EXPECT_TRUE(told.Bytes() == before);
+    return SaveRecord::Make(told, FileState::Of(after)) + after.substr(told.Offset());
 }
 
 /// The file when so many bytes of the new ones have been written, and maybe cut to the new length.
@@ -34,7 +46,7 @@ TEST(SaveRecord, KnowsEveryStageOfASave) {
     for (const size_t sizeBefore : Sizes) {
         for (const size_t sizeAfter : Sizes) {
             const String before = AnyBytes(random, sizeBefore), after = AnyBytes(random, sizeAfter);
-            const String kept = SaveRecord::Make(before, after) + after;
+            const String kept = Kept(before, after);
             const SaveRecord record(kept);
             for (size_t written = 0; written < sizeAfter + Block; written += Block) {
                 const String file = Torn(before, after, written);
@@ -42,8 +54,8 @@ TEST(SaveRecord, KnowsEveryStageOfASave) {
                                        : file == before ? Found::Before
                                                         : Found::HalfWritten;
                 EXPECT_EQ(record.Compare(file), expected) << sizeBefore << " " << sizeAfter << " " << written;
+                EXPECT_EQ(record.After(file), after);
             }
-            EXPECT_EQ(record.After(), after);
         }
     }
 }
@@ -51,7 +63,7 @@ TEST(SaveRecord, KnowsEveryStageOfASave) {
 TEST(SaveRecord, TakesBlocksInAnyOrderButNoneOfOthers) {
     std::mt19937 random(2);
     const String before = AnyBytes(random, 5 * Block + 9), after = AnyBytes(random, 5 * Block + 2000);
-    const String kept = SaveRecord::Make(before, after) + after;
+    const String kept = Kept(before, after);
     const SaveRecord record(kept);
     String mixed = before.substr(0, Block) + after.substr(Block, Block) + before.substr(2 * Block, Block) +
                    after.substr(3 * Block, 2 * Block + 500);
@@ -63,6 +75,29 @@ TEST(SaveRecord, TakesBlocksInAnyOrderButNoneOfOthers) {
     }
     EXPECT_EQ(record.Compare(after + "x"), Found::Foreign);
     EXPECT_THROW(SaveRecord(StringView(kept).substr(0, 20)), OutOfBoundsException);
+}
+
+TEST(SaveRecord, KeepsOnlyWhatDiffers) {
+    std::mt19937 random(3);
+    const String before = AnyBytes(random, 700 * Block + 77);  // more than is read at once
+    for (const size_t at : {size_t{0}, 2 * Block, 300 * Block + 5, before.size()}) {
+        for (const size_t removed : {size_t{0}, size_t{3}, 400 * Block}) {
+            String after = before;
+            after.replace(at, removed, "inserted");
+            const String kept = Kept(before, after);
+            const SaveRecord record(kept);
+            EXPECT_LE(kept.size(), before.size() - at + 9 * 700 + 3 * Block);
+            EXPECT_EQ(record.Compare(before), Found::Before);
+            String half = Torn(before, after, (at / Block + 2) * Block);
+            if (half == after) continue;
+            EXPECT_EQ(record.Compare(half), Found::HalfWritten) << at << " " << removed;
+            EXPECT_TRUE(record.After(half) == after);
+            half[at / 2] = static_cast<char>(half[at / 2] ^ 1);
+            EXPECT_EQ(record.Compare(half), Found::Foreign);
+        }
+    }
+    const String kept = Kept(before, before);
+    EXPECT_EQ(SaveRecord(kept).Compare(before), Found::After);
 }
 
 }  // namespace
