@@ -173,9 +173,9 @@ class Session {
     void Text() {
         String text;
         for (size_t rows = mSteps.Below(5); rows > 0; --rows) {
-            text += mSteps.Identifier() + "\t";
-            text +=
-                String(PlatformText(static_cast<int64_t>(mSteps.Below(5)))) + "\t\t" + mSteps.Text() + "\n";
+            const String identifier = mSteps.Identifier();
+            const auto platform = static_cast<int64_t>(mSteps.Below(5));
+            text += identifier + "\t" + String(PlatformText(platform)) + "\t\t" + mSteps.Text() + "\n";
         }
         if (text.starts_with("\xEF\xBB\xBF")) return;  // whether it belongs to the text is not asked here
         ImportText(FileWith(mSteps.Flag() ? "imported.txt" : "imported.tsv", text), text);
