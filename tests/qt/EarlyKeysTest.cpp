@@ -48,8 +48,9 @@ LocalizedStringSet& Document() {
         made->Language = "de";
         made->AddEntry(PlatformAny, "kAbout", "About", "alpha");
         made->AddEntry(PlatformWindows, "kAbout", "About it", "");
-        made->AddEntry(PlatformAny, "kBack", "Back", "alpha");  // the text of the row before
-        made->AddEntry(PlatformAny, "kCopy", "Copy", "");
+        made->AddEntry(PlatformAny, "kBack", "Back", "beta");
+        made->AddEntry(PlatformAny, "kCopy", "Copy", "alpha");  // the text of another row
+        made->AddEntry(PlatformAny, "kCut", "Cut", "");
         made->AddEntry(PlatformAny, "kDrag", "Drag\nand drop", "Ziehen\r\nund ablegen");
         auto version = std::make_shared<LocalizedStringSet>();
         version->DateGenerated->SetSQLDateTime("2005-03-01 10:00:00");
@@ -252,6 +253,7 @@ void EarlyKeys::Open() {
     mWindow->ListBox1.UserClick(0, 60, 1);
     mWindow->LocalizedValueField.SetFocus();
     Turns();
+    GoToEnd();  // where the next row does not begin
     QGuiApplication::clipboard()->setText("zz");
 }
 

@@ -71,7 +71,8 @@ TEST_F(Nested, WhileASheetIsUp) {
         HandOver();
     };
     Desktop.Files = {std::nullopt};
-    EXPECT_FALSE(Program.OpenADocument(Launch.lock().get()));
+    LaunchWindow* const launch = Launch.lock().get();
+    EXPECT_FALSE(Program.OpenADocument(launch));
     ExpectOnlyTheDocument();
 }
 

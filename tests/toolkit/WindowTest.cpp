@@ -87,8 +87,9 @@ TEST(Window, OutlivesTheDialogOnIt) {
         program.App.Perform([] {});
         EXPECT_FALSE(watch.expired());
     };
+    TestWindow* const window = watch.lock().get();
     MessageDialog dialog;
-    dialog.ShowModalWithin(*watch.lock());
+    dialog.ShowModalWithin(*window);
     EXPECT_TRUE(watch.expired());
 }
 
