@@ -61,7 +61,8 @@ void MainWindow::OfferRestore() {
         switch (AskWhetherToRestore(left)) {
             case Answer::Restore:
                 Restore(left);
-                [[fallthrough]];
+                if (mJournal->FlushNow()) left.Remove();  // this window's journal has the changes now
+                break;
             case Answer::Discard:
                 left.Remove();
                 break;

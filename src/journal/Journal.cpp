@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "journal/DiskFlusher.h"
 #include "journal/EntryRecord.h"
 #include "journal/SaveRecord.h"
 #include "platform/SpecialFolder.h"
@@ -39,7 +40,7 @@ Journal::Journal(std::shared_ptr<LocalizedStringSet> document, std::shared_ptr<F
 
 Journal::~Journal() {
     if (mDocument->Log() == this) mDocument->SetLog(nullptr);
-    if (NothingIsLeft()) mJournal.Remove();
+    if (mJournal.IsEmpty() || NothingIsLeft()) mJournal.Remove();
 }
 
 /// From here on the file has all that the document has.
@@ -195,17 +196,15 @@ void Journal::AppendBase() {
     mJournal.Append(RecordType::Base, base.Bytes());
 }
 
-/// The file as it is before the save, now that the journal can complete it. Nothing: the file cannot be read,
-/// or the journal cannot be written, so the save is not protected.
-std::optional<BeforeSave> Journal::PrepareSave(StringView after, const FileState& state) {
+/// From now on the journal can complete the save. False: it cannot be written, so the save is not protected.
+bool Journal::PrepareSave(const BeforeSave& before, StringView after, const FileState& state) {
     try {
-        BeforeSave before(*mFile, after);
         if (mJournal.IsEmpty()) AppendBase();
         mJournal.AppendNow(RecordType::Save, SaveRecord::Make(before, state), after.substr(before.Offset()));
-        return before;
+        return true;
     } catch (const IOException& failure) {
         mFailed(failure.Message());
-        return std::nullopt;
+        return false;
     }
 }
 
@@ -220,18 +219,34 @@ bool Journal::PutBack(const BeforeSave& before) const {
     }
 }
 
+/// Nothing if it cannot be read; the save itself will tell.
+std::optional<BeforeSave> Journal::ReadBefore(StringView after) const {
+    try {
+        return BeforeSave(*mFile, after);
+    } catch (const IOException&) {
+        return std::nullopt;
+    }
+}
+
 void Journal::Save(StringView bytes) {
     if (mDocument->Log() != this) return WriteContents(*mFile, bytes);
     const bool existed = mFile->Exists();
     const FileState state = FileState::Of(bytes);
-    const std::optional<BeforeSave> before = PrepareSave(bytes, state);
+    const std::optional<BeforeSave> before = ReadBefore(bytes);
+    const bool prepared = before && PrepareSave(*before, bytes, state);
     try {
         WriteContents(*mFile, bytes);
     } catch (const IOException&) {
-        if (before && (!existed || PutBack(*before))) mJournal.TakeBack();
+        const bool isAsBefore = !existed || (before && PutBack(*before));
+        if (prepared && isAsBefore) mJournal.TakeBack();
         throw;
     }
     BeginAt(state);
+}
+
+bool Journal::FlushNow() {
+    DiskFlusher::FlushAll();
+    return mJournal.IsWritten();
 }
 
 bool Journal::NothingIsLeft() const {

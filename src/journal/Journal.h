@@ -44,6 +44,8 @@ class Journal : public ChangeLog {
     void Save(StringView bytes);
     /// The file that it begins with.
     [[nodiscard]] const FileState& Base() const { return mBase; }
+    /// Puts all that was told on the disk. False: some of it could not be written.
+    [[nodiscard]] bool FlushNow();
     /// The changes are given up.
     void Discard() { Forget(); }
 
@@ -71,7 +73,8 @@ class Journal : public ChangeLog {
     void Settle();
     void Forget();
     void BeginAt(const FileState& base);
-    [[nodiscard]] std::optional<BeforeSave> PrepareSave(StringView after, const FileState& state);
+    [[nodiscard]] std::optional<BeforeSave> ReadBefore(StringView after) const;
+    bool PrepareSave(const BeforeSave& before, StringView after, const FileState& state);
     [[nodiscard]] bool PutBack(const BeforeSave& before) const;
 
     std::shared_ptr<LocalizedStringSet> mDocument;

@@ -21,7 +21,8 @@ class JournalFile {
     JournalFile& operator=(const JournalFile&) = delete;
 
     [[nodiscard]] bool IsEmpty() const { return mSize == 0 && mUnwritten.empty(); }
-    [[nodiscard]] const String& Path() const { return mPath; }
+    /// Nothing waits for room on the disk.
+    [[nodiscard]] bool IsWritten() const { return mUnwritten.empty(); }
     [[nodiscard]] std::shared_ptr<const ByteBuffer> Read() const;
     /// The first bytes of it, in which the record of the base lies.
     [[nodiscard]] String ReadHead() const;

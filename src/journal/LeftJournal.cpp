@@ -77,15 +77,20 @@ std::vector<LeftJournal> LeftJournal::Of(const FolderItem& file) {
     return journals;
 }
 
-/// A journal that cannot be read is one without records.
+/// A journal that cannot be read is one without records, but stays: the next time it may be possible.
 void LeftJournal::Read() const {
     if (mBytes) return;
     try {
         mBytes = mJournal->Read();
     } catch (const IOException&) {
         mBytes = std::make_shared<const ByteBuffer>(0);
+        mIsUnreadable = true;
     }
     mRecords = ReadRecords(mBytes->View());
+}
+
+void LeftJournal::Remove() {
+    if (!mIsUnreadable) mJournal->Remove();
 }
 
 std::optional<int64_t> LeftJournal::LastChange() const {

@@ -21,7 +21,7 @@ class LeftJournal {
 
     /// The document's file, as it was opened.
     [[nodiscard]] const FolderItem& File() const { return mFile; }
-    void Remove() { mJournal->Remove(); }
+    void Remove();
 
     /// How an interrupted save has left the file: true if it has to be completed. Does so with
     /// `CompleteSave`, which fails with IOException.
@@ -57,6 +57,7 @@ class LeftJournal {
     FileState mBase;
     mutable std::shared_ptr<const ByteBuffer> mBytes;  // read when they are needed
     mutable std::vector<Record> mRecords;
+    mutable bool mIsUnreadable = false;
 };
 
 /// Completes a save of the file that was interrupted. True: it was.
