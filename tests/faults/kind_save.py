@@ -161,10 +161,9 @@ class Case:
             self.trouble.strike(self)
         self.operation.begin(self)
         self.program.select(0)
-        self.typed = self.program.call("type", text=self.text)
+        self.program.call("type", text=self.text)
         if not self.trouble.early:
             self.trouble.strike(self)
-        self.mark = self.program.replies
         reply = self.operation.run(self)
         if not reply["ok"]:
             raise Fault("the operation gave %r" % reply)
@@ -181,7 +180,7 @@ class Case:
             raise ValueError("nothing was injected")  # a fault of this driver
         self.trouble.relieve(self)
         self.whole(new, failed)
-        self.next_run(unsaved.unprotected(self.typed) or unsaved.unprotected(reply))
+        self.next_run(unsaved.unprotected(self.program.notices))
 
     def lives(self):
         if any(window["class"] == "MainWindow" for window in self.program.windows()):

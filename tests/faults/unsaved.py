@@ -70,8 +70,8 @@ def failed_save(reply):
     return any(notice["text"].endswith(SAVE_FAILED) for notice in reply["notices"])
 
 
-def unprotected(reply):
-    return any(notice["title"] == NOT_PROTECTED for notice in reply["notices"])
+def unprotected(notices):
+    return any(notice["title"] == NOT_PROTECTED for notice in notices)
 
 
 def same_but_doubtful(one, other):

@@ -63,6 +63,7 @@ class Watched(driver.Program):
         self.deadline = deadline
         self.options = process or {}
         self.slowest = self.peak = self.replies = 0
+        self.notices = []  # of the whole run
         if state is not None:
             arguments = [*arguments, "--state", os.fspath(state)]
         super().__init__(*files, arguments=arguments, **options)
@@ -78,6 +79,7 @@ class Watched(driver.Program):
         try:
             reply = super().line(data)
             self.replies += 1
+            self.notices += reply["notices"]
             return reply
         except BrokenPipeError:
             status = self.process.wait()
