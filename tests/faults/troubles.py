@@ -148,9 +148,10 @@ class Forbidden(Trouble):
         self.early = early
 
     def prepare(self, case):
-        if as_nobody():
-            for folder in (case.place, case.state):
-                folder.mkdir()
+        nobody = as_nobody()
+        for folder in (case.place, case.state):
+            folder.mkdir(mode=0o700)
+            if nobody:
                 os.chown(folder, NOBODY, NOBODY)
 
     def process(self):
@@ -158,9 +159,8 @@ class Forbidden(Trouble):
 
     def strike(self, case):
         target = getattr(case, self.name)
-        if target.exists():
-            self.was = target.stat().st_mode & 0o7777
-            target.chmod(self.mode)
+        self.was = target.stat().st_mode & 0o7777
+        target.chmod(self.mode)
 
     def relieve(self, case):
         getattr(case, self.name).chmod(self.was)
