@@ -2,6 +2,8 @@
 
 #include <sys/file.h>
 
+#include <chrono>
+
 #include "journal/DiskFlusher.h"
 #include "journal/StateFolder.h"
 #include "platform/Clock.h"
@@ -62,8 +64,14 @@ void JournalFile::Open() {
     }
 }
 
+String JournalFile::HeaderOf(RecordType type, StringView payload, size_t more) {
+    if (IsEmpty()) mGeneration = std::chrono::system_clock::now().time_since_epoch().count();
+    return RecordHeader(static_cast<uint64_t>(mGeneration), type, Clock::Current().LocalSeconds(), payload,
+                        more);
+}
+
 void JournalFile::Append(RecordType type, StringView payload) {
-    mUnwritten += RecordHeader(type, Clock::Current().LocalSeconds(), payload);
+    mUnwritten += HeaderOf(type, payload, 0);
     mUnwritten += payload;
     Open();
     Write(mUnwritten);
@@ -77,7 +85,7 @@ void JournalFile::AppendNow(RecordType type, StringView payload, StringView more
     mUnwritten.clear();
     mSizeBefore = mSize;
     try {
-        Write(RecordHeader(type, Clock::Current().LocalSeconds(), payload, more.size()));
+        Write(HeaderOf(type, payload, more.size()));
         Write(payload);
         Write(more);
         if (Uninterrupted([&] { return fdatasync(mFile->Number()); }) != 0) ThrowSystemError(errno);
@@ -104,10 +112,13 @@ void JournalFile::Write(StringView bytes) {
     mSize += static_cast<int64_t>(bytes.size());
 }
 
-/// A failure leaves a tail that no checksum fits, or that the next record overwrites.
+/// Where the file cannot be cut, what stays behind is of an older generation, or of a checksum that does not
+/// fit, once the next record is written. An empty journal may get none.
 void JournalFile::CutTo(int64_t size) {
     mSize = size;
-    [[maybe_unused]] const int ignored = ftruncate(mFile->Number(), static_cast<off_t>(size));
+    if (ftruncate(mFile->Number(), static_cast<off_t>(size)) == 0 || size > 0) return;
+    constexpr char Nothing[64] = {};
+    [[maybe_unused]] const ssize_t ignored = pwrite(mFile->Number(), Nothing, sizeof Nothing, 0);
 }
 
 void JournalFile::Empty() {

@@ -41,6 +41,7 @@ class JournalFile {
     void Remove();
 
   private:
+    [[nodiscard]] String HeaderOf(RecordType type, StringView payload, size_t more);
     void Open();
     void Write(StringView bytes);
     void CutTo(int64_t size);
@@ -48,6 +49,7 @@ class JournalFile {
     String mPath;
     std::shared_ptr<const FileDescriptor> mFile;
     int64_t mSize = 0, mSizeBefore = 0;
+    int64_t mGeneration = 0;
     String mUnwritten;  // records that the disk had no room for
 };
 

@@ -132,12 +132,20 @@ bool LeftJournal::IsOurs(const FileState& state) const try {
     return false;
 }
 
+/// The file is what a save made of it that came after all changes.
+bool LeftJournal::IsAllSaved(const FileState& state) const try {
+    const Record& last = mRecords.back();
+    return last.Type == RecordType::Save && SaveRecord(last.Payload).StateAfter() == state;
+} catch (const OutOfBoundsException&) {
+    return false;
+}
+
 // --- What is unsaved ---
 
 std::optional<LeftJournal::Unsaved> LeftJournal::Compare(const std::shared_ptr<LocalizedStringSet>& document,
                                                          const FileState& state) const {
     const std::optional<int64_t> last = LastChange();
-    if (!last) return std::nullopt;
+    if (!last || IsAllSaved(state)) return std::nullopt;
     Replay replay(*document, state == mBase);
     replay.Run(mRecords);
     Unsaved unsaved;

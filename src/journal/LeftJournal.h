@@ -51,6 +51,7 @@ class LeftJournal {
     [[nodiscard]] std::optional<int64_t> LastChange() const;
     [[nodiscard]] StringView LastSave() const;
     [[nodiscard]] bool IsOurs(const FileState& state) const;
+    [[nodiscard]] bool IsAllSaved(const FileState& state) const;
 
     std::unique_ptr<JournalFile> mJournal;
     FolderItem mFile;

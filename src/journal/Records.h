@@ -84,10 +84,13 @@ struct Record {
 };
 
 /// What stands before the payload: its size, the time, the type and a checksum of all of it. `more`: so many
-/// bytes behind the payload belong to it, but have a checksum of their own in it.
-[[nodiscard]] String RecordHeader(RecordType type, int64_t time, StringView payload, size_t more = 0);
+/// bytes behind the payload belong to it, but have a checksum of their own in it. `generation` is the same in
+/// all records of a journal, and another each time it begins anew.
+[[nodiscard]] String RecordHeader(uint64_t generation, RecordType type, int64_t time, StringView payload,
+                                  size_t more = 0);
 
-/// The records up to the end or to the first that is damaged.
+/// The records up to the end or to the first that is damaged, or left over from before the journal began
+/// anew.
 [[nodiscard]] std::vector<Record> ReadRecords(StringView journal);
 
 }  // namespace sorbel

@@ -96,7 +96,8 @@ void CutAndFlush(const FileDescriptor& file, size_t size) {
     const auto cut = [&] {
         return ftruncate(file.Number(), static_cast<off_t>(size));
     };
-    if (Uninterrupted(cut) != 0) ThrowSystemError(errno);
+    // What need not be done cannot fail.
+    if (file.Status().st_size != static_cast<off_t>(size) && Uninterrupted(cut) != 0) ThrowSystemError(errno);
     const bool flushed = Uninterrupted([&] { return fsync(file.Number()); }) == 0;
     if (!flushed && errno != EINVAL && errno != EROFS) ThrowSystemError(errno);  // some systems cannot flush
 }
