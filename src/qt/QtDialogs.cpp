@@ -1,12 +1,17 @@
 #include "qt/QtDialogs.h"
 
 #include <QCloseEvent>
+#include <QDeadlineTimer>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QTimer>
+#include <QWindow>
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <memory>
 #include <vector>
 
@@ -17,11 +22,26 @@ namespace sorbel {
 
 namespace {
 
+/// A window that has just been opened has no place yet to centre a dialog on. Does not wait long for one that
+/// does not come.
+void WaitForPlace(const QWidget* parent) {
+    const QPointer<const QWidget> window(parent ? parent->window() : nullptr);
+    const QDeadlineTimer limit(std::chrono::seconds(1));
+    while (window && window->isVisible() && !window->isMinimized() && !window->windowHandle()->isExposed() &&
+           !limit.hasExpired()) {
+        QEventLoop moment;
+        QTimer::singleShot(std::chrono::milliseconds(5), &moment, &QEventLoop::quit);
+        moment.exec(QEventLoop::ExcludeUserInputEvents);
+    }
+}
+
 /// Runs a dialog that may lose its parent, and so itself, while it runs. Null: it is gone. What it has opened
 /// goes with it at once, for long work may follow in which nothing is taken from the screen.
 template <typename Dialog>
 std::unique_ptr<Dialog> Run(Dialog* dialog, bool sheet) {
     const QPointer<Dialog> guard(dialog);
+    WaitForPlace(dialog->parentWidget());
+    if (!guard) return nullptr;
     dialog->setAttribute(Qt::WA_DeleteOnClose, false);
     dialog->setWindowModality(sheet && dialog->parent() ? Qt::WindowModal : Qt::ApplicationModal);
     dialog->exec();
