@@ -240,6 +240,6 @@ def judge_growth(sizes):
 
 
 def cases(bench):
-    for index in range(2 if bench.quick else 16):
+    for index in range(2 if bench.quick else 10):
         name = "soak %d" % index
-        yield name, functools.partial(soak, bench, name, 4 if bench.quick else 60, STEPS)
+        yield name, functools.partial(soak, bench, name, 4 if bench.quick else 30, STEPS)
