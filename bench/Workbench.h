@@ -12,8 +12,8 @@ namespace sorbel::bench {
 /// The whole program with a document window on a file, without a screen.
 class Workbench {
   public:
-    /// `base`: what the names of the files begin with; see BenchFiles. The document is a copy. `journal`: what
-    /// is unsaved is kept, as the program does; else not.
+    /// `base`: what the names of the files begin with; see BenchFiles. The document is a copy. `journal`:
+    /// what is unsaved is kept, as the program does; else not.
     explicit Workbench(const String& base, bool journal = true);
     ~Workbench();
     Workbench(const Workbench&) = delete;

@@ -1,9 +1,9 @@
 // What a document is exported as, read back: delimited text, a Mac string table, a catalogue for Windows.
 // The input is a locale file.
-#include <unicode/utf8.h>
 
 #include <algorithm>
 
+#include "CodePoints.h"
 #include "PlainText.h"
 #include "Target.h"
 #include "TextFile.h"
@@ -122,14 +122,8 @@ String Utf16(StringView text) {
     String units;
     const auto size = static_cast<int32_t>(text.size());
     for (int32_t at = 0; at < size;) {
-        const int32_t start = at;
-        UChar32 c;
-        U8_NEXT(text.data(), at, size, c);
-        if (c < 0) {
-            at = start + 1;
-            c = 0xFFFD;
-        }
-        const auto code = static_cast<uint32_t>(c);
+        const int32_t c = NextCodePoint(text, at);
+        const auto code = static_cast<uint32_t>(c < 0 ? 0xFFFD : c);
         if (code >= 0x10000) AppendUnit(units, 0xD7C0 + (code >> 10));
         AppendUnit(units, code >= 0x10000 ? 0xDC00 + (code & 0x3FF) : code);
     }

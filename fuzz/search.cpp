@@ -1,11 +1,11 @@
 // Texts searched for a term, against the plain way: both folded into numbers, and each place tried.
 //   TERM, line end, texts that lie one after the other, each with a line end
 #include <unicode/uchar.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <vector>
 
+#include "CodePoints.h"
 #include "Target.h"
 #include "platform/Finder.h"
 
@@ -20,11 +20,9 @@ Characters Folded(StringView text) {
     Characters characters;
     const auto size = static_cast<int32_t>(text.size());
     for (int32_t at = 0; at < size;) {
-        const int32_t start = at;
-        UChar32 c;
-        U8_NEXT(text.data(), at, size, c);
-        if (c < 0) at = start + 1;
-        characters.push_back(c < 0 ? 0x110000 + static_cast<unsigned char>(text[static_cast<size_t>(start)])
+        const auto start = static_cast<size_t>(at);
+        const int32_t c = NextCodePoint(text, at);
+        characters.push_back(c < 0 ? 0x110000 + static_cast<unsigned char>(text[start])
                                    : u_foldCase(c, U_FOLD_CASE_DEFAULT));
     }
     return characters;
