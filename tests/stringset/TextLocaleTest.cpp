@@ -1,17 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <fstream>
 
 #include "LocaleBytes.h"
 #include "shell/FileTypes1.h"
+#include "support/TemporaryFolder.h"
 
 namespace sorbel::testing {
 
 class TextLocale : public ::testing::Test {
   protected:
     void SetUp() override { _InitFileTypes(); }
-    void TearDown() override { std::remove(mPath.c_str()); }
 
     bool ReadText(const String& text) {
         std::ofstream(mPath, std::ios::binary) << text;
@@ -19,7 +18,8 @@ class TextLocale : public ::testing::Test {
     }
 
     LocalizedStringSet Set;
-    String mPath = ::testing::TempDir() + "sorbel_text_locale_test.TXT";
+    TemporaryFolder Folder;
+    String mPath = Folder / "text.TXT";
 };
 
 TEST_F(TextLocale, FillsTheSetAndIsNeverADocument) {
