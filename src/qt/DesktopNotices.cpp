@@ -19,7 +19,7 @@ namespace {
 constexpr std::chrono::seconds Shown(15);
 constexpr int Margin = 12;  ///< from the edges of the screen and between windows, in pixels
 
-/// A call of the interface that desktops agree on; https://specifications.freedesktop.org/notification-spec.
+/// A call of the interface that the desktops have agreed on at freedesktop.org.
 QDBusMessage Notification(const QString& title, const QString& text) {
     const QString name = QStringLiteral("org.freedesktop.Notifications");
     QDBusMessage call = QDBusMessage::createMethodCall(name, QStringLiteral("/org/freedesktop/Notifications"),
