@@ -167,4 +167,8 @@ class Forbidden(Trouble):
 
 
 def run(*command):
-    return subprocess.run([str(word) for word in command], capture_output=True).returncode == 0
+    """Whether it is here and succeeds."""
+    try:
+        return subprocess.run([str(word) for word in command], capture_output=True).returncode == 0
+    except FileNotFoundError:
+        return False
