@@ -15,7 +15,6 @@ from watched import Fault
 
 LATER = "2026-01-31 12:01:00"
 BLOCK = 4096
-REPAIRED = "Its last save had been interrupted and is now complete."
 
 
 class Document:
@@ -399,7 +398,7 @@ class CutShort(kind_kill.KilledCase):
         self.judge(program, reply, left)
 
     def judge(self, program, reply, left):
-        repaired = [notice for notice in reply["notices"] if notice["text"] == REPAIRED]
+        repaired = [notice for notice in reply["notices"] if notice["text"] == unsaved.REPAIRED]
         if program.document()["entries"] != self.changed:
             raise Fault("the typed text did not come back")
         if left == kind_save.OLD:

@@ -202,6 +202,7 @@ class Case:
         if not saved:
             program.answer("action")
         reply = program.raw("start", files=[str(self.path)])
+        saved = saved or unsaved.repaired(reply) and self.path.read_bytes() == self.saved
         document = program.document()
         entries, versions = document["entries"], len(document["history"])
         if saved:

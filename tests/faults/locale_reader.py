@@ -178,11 +178,11 @@ def read(data):
         return None
 
 
-def told(data):
-    """A sound file as the operation `document` tells it."""
+def told(data, now=None):
+    """A sound file as the operation `document` tells it; a version without a date has that of the reading."""
     locale = read(data)
     return {"entries": locale.entries.listed(), "language": locale.language, "application": locale.application,
-            "history": [{"date": version.date, "entries": version.entries.listed()} for version in locale.history],
+            "history": [{"date": version.date or now, "entries": version.entries.listed()} for version in locale.history],
             "toolVersion": locale.tool, "fileVersion": locale.version}
 
 

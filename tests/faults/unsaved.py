@@ -4,6 +4,7 @@ from watched import Fault
 NOW = "January 31, 2026, 12:00"  # the moment that the driver gives to every run
 RESTORE = "Restore unsaved changes?"
 SAVE_FAILED = "Your changes are kept and can be restored when it is opened again."
+REPAIRED = "Its last save had been interrupted and is now complete."
 NOT_PROTECTED = "Unsaved changes are not protected"
 
 
@@ -68,6 +69,11 @@ def check_start_question(shown, documents, pressed):
 def failed_save(reply):
     """Whether a notice tells that the save has failed."""
     return any(notice["text"].endswith(SAVE_FAILED) for notice in reply["notices"])
+
+
+def repaired(reply):
+    """Whether a notice tells that an interrupted save has been completed."""
+    return any(notice["text"] == REPAIRED for notice in reply["notices"])
 
 
 def unprotected(notices):
