@@ -87,7 +87,8 @@ class Screen:
         return self.try_xdotool("getactivewindow", "getwindowname")
 
     def activate(self, title):
-        self.xdotool("windowactivate", self.windows()[title])
+        # A search fails while another window goes, and then there seems to be none.
+        self.xdotool("windowactivate", wait_for(title, lambda: self.windows().get(title)))
         wait_for("%s in front" % title, lambda: self.active_title() == title)
 
     # --- Input ---
