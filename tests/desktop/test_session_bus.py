@@ -46,10 +46,12 @@ class SessionBus(unittest.TestCase):
         subprocess.run([PROGRAM, *files], env=self.screen.env, cwd=self.files, check=True, timeout=PATIENCE)
 
     def call(self, method, *arguments, error=""):
-        """Asks for something in the way of the desktop; `error`: what the answer must then say."""
+        """Asks for something in the way of the desktop; `error`: what the answer must then say.
+
+        Types that a value does not tell are written out: gdbus asks the program for them, but not for long."""
         answer = subprocess.run(
             ["gdbus", "call", "--session", "--dest", "org.sorbel.Sorbel", "--object-path", "/org/sorbel/Sorbel",
-             "--method", "org.freedesktop.Application." + method, *arguments, "{}"],
+             "--method", "org.freedesktop.Application." + method, *arguments, "@a{sv} {}"],
             env=self.screen.env, capture_output=True, text=True, timeout=PATIENCE)
         self.assertEqual(answer.returncode == 0, not error, answer.stderr)
         self.assertIn(error, answer.stderr)
@@ -100,7 +102,7 @@ class SessionBus(unittest.TestCase):
         self.screen.wait_for_windows(WELCOME)
         self.call("Open", str([(self.files / SECOND).as_uri()]))
         self.screen.wait_for_windows(SECOND)
-        self.call("ActivateAction", "none", "[]", error="InvalidArgs")
+        self.call("ActivateAction", "none", "@av []", error="InvalidArgs")
         self.call("Open", "['sftp://example.org/a.nvl']")
         wait_for("the message", lambda: len(self.screen.windows()) == 2)
         self.screen.key("Return")
