@@ -117,8 +117,9 @@ class Document:
         return len(self.undo_stack) != self.save_point
 
     def import_locale(self, locale):
-        """Of a file in the document's language, or one whose language is chosen."""
-        self.language = locale.language
+        """Of a file in the document's language, or one whose language is chosen. The same in other letters stays."""
+        if locale.language.lower() != self.language.lower():
+            self.language = locale.language
         changes = [Change(self, identifier, platform, translated, default)
                    for identifier, platforms in locale.entries.listed() if self.entries.find(identifier) is not None
                    for platform, default, translated in platforms]
