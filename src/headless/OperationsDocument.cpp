@@ -201,7 +201,9 @@ void DescribeDocument(Session& session, const Request&, Json& reply) {
 
 void Run(Session& session, const Request& request, Json&) {
     const String source = request.Text("source");
-    session.App->Perform([&] { Scripting::RunScript(*session.App, source); });
+    std::optional<int64_t> stopAfter;
+    if (request.Has("stopAfter")) stopAfter = request.Number("stopAfter", 0, INT64_MAX);
+    session.App->Perform([&] { Scripting::RunScript(*session.App, source, stopAfter); });
 }
 
 }  // namespace

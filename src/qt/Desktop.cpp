@@ -1,11 +1,47 @@
 #include "qt/Desktop.h"
 
-#include <QPointer>
+#include <QKeyEvent>
 #include <QThread>
 
 #include "qt/QtWindow.h"
 
 namespace sorbel {
+
+namespace {
+
+/// What comes of the user's hands.
+bool IsInput(const QEvent& event) {
+    switch (event.type()) {
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride:
+        case QEvent::Shortcut:
+        case QEvent::InputMethod:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+        case QEvent::Wheel:
+        case QEvent::TouchBegin:
+        case QEvent::TouchUpdate:
+        case QEvent::TouchEnd:
+        case QEvent::TouchCancel:
+        case QEvent::TabletPress:
+        case QEvent::TabletMove:
+        case QEvent::TabletRelease:
+        case QEvent::NativeGesture:
+        case QEvent::ContextMenu:
+        case QEvent::DragEnter:
+        case QEvent::DragMove:
+        case QEvent::Drop:
+        case QEvent::Close:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
 
 /// An event is being handled.
 class Desktop::Delivery {
@@ -35,6 +71,10 @@ class Desktop::Delivery {
 bool Desktop::notify(QObject* receiver, QEvent* event) {
     const QThread* const present = QThread::currentThread();
     if (present != thread()) return QApplication::notify(receiver, event);
+    if (mLooking && IsInput(*event)) {
+        Drop(*event);
+        return true;
+    }
     const Delivery delivery(*this, present->loopLevel());
     if (!mWaiting.empty() && delivery.IsFromLoop()) {
         const QPointer<QObject> watched(receiver);
@@ -60,6 +100,34 @@ void Desktop::ShowWaiting() {
         for (QtWindow* window : std::vector(mWaiting))
             window->Flush();
     mShowing = false;
+}
+
+void Desktop::WhenFree(QObject& owner, std::function<void()> work) {
+    const auto begin = [this, &owner, work = std::move(work)] {
+        if (mLooking)
+            mHeld.push_back({&owner, work});
+        else
+            work();
+    };
+    QMetaObject::invokeMethod(&owner, begin, Qt::QueuedConnection);
+}
+
+/// What is held is put behind the events that wait. It comes back here for as long as the work goes on.
+bool Desktop::LookForEscape() {
+    ShowWaiting();
+    mLooking = true;
+    processEvents(QEventLoop::ExcludeSocketNotifiers);
+    mLooking = false;
+    for (Held& held : std::exchange(mHeld, {}))
+        if (held.Owner) WhenFree(*held.Owner, std::move(held.Work));
+    return std::exchange(mSawEscape, false);
+}
+
+/// A shortcut may take the key before it is pressed anywhere.
+void Desktop::Drop(QEvent& event) {
+    event.ignore();
+    if (event.type() != QEvent::KeyPress && event.type() != QEvent::ShortcutOverride) return;
+    if (static_cast<const QKeyEvent&>(event).matches(QKeySequence::Cancel)) mSawEscape = true;
 }
 
 void Desktop::DeleteWhenIdle(QObject* object) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QApplication>
+#include <QPointer>
+#include <functional>
 #include <vector>
 
 namespace sorbel {
@@ -27,16 +29,31 @@ class Desktop : public QApplication {
     /// handles it may come back to the object.
     void DeleteWhenIdle(QObject* object);
 
+    /// Carries something out when the event loop gets to it and no long work goes on, on behalf of `owner`,
+    /// which may be gone by then. For whatever comes from outside of the windows.
+    void WhenFree(QObject& owner, std::function<void()> work);
+    /// See `Backend`.
+    [[nodiscard]] bool LookForEscape();
+
     bool notify(QObject* receiver, QEvent* event) override;
 
   private:
     class Delivery;
+    struct Held {
+        QPointer<QObject> Owner;
+        std::function<void()> Work;
+    };
+
+    void Drop(QEvent& event);
 
     std::vector<QtWindow*> mWaiting;
     std::vector<QObject*> mDoomed;
     int mDeliveries = 0;  ///< of events, one inside the other
     int mLoop = -1;       ///< nesting of the event loop that the innermost delivery came from
     bool mShowing = false;
+    bool mLooking = false;  ///< for Escape alone
+    bool mSawEscape = false;
+    std::vector<Held> mHeld;  ///< until the long work is done
 };
 
 }  // namespace sorbel

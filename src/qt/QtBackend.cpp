@@ -77,13 +77,10 @@ void QtBackend::WindowClosed(Window& window) {
 /// Without a window there is no menu bar here. A program that nothing could bring back then, or that was told
 /// to quit, ends. Asked later, since a window that goes may be about to be replaced by another.
 void QtBackend::EndIfDone() {
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (!mWindows.empty() || mDialogs > 0) return;
-            if (!StaysWithoutWindows || (mApp && mApp->Ended())) QCoreApplication::quit();
-        },
-        Qt::QueuedConnection);
+    Desktop::The().WhenFree(*this, [this] {
+        if (!mWindows.empty() || mDialogs > 0) return;
+        if (!StaysWithoutWindows || (mApp && mApp->Ended())) QCoreApplication::quit();
+    });
 }
 
 /// Where nobody can be asked any more, what is unsaved is left to the journals.
@@ -123,7 +120,9 @@ void QtBackend::MsgBox(StringView text) {
 
 const MessageDialogButton* QtBackend::Show(const MessageDialog& dialog, Window* within) {
     const Waiting waiting(*this);
-    return RunMessage(dialog, ParentFor(within), within != nullptr);
+    const MessageAnswer answer = RunMessage(dialog, ParentFor(within), within != nullptr);
+    mLeftByEscape = answer.ByEscape;
+    return answer.Button;
 }
 
 std::shared_ptr<FolderItem> QtBackend::Show(const OpenDialog& dialog, Window* within) {
@@ -155,6 +154,10 @@ void QtBackend::ShowBusy() {
         QApplication::restoreOverrideCursor();
 }
 
+bool QtBackend::LookForEscape() {
+    return Desktop::The().LookForEscape();
+}
+
 void QtBackend::Beep() {
     QApplication::beep();
 }
@@ -182,10 +185,11 @@ bool QtBackend::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (event->type() == QEvent::ApplicationPaletteChange && !std::exchange(mAppearanceStale, true))
-        QMetaObject::invokeMethod(
-            this, [this] { AppearanceChanged(); }, Qt::QueuedConnection);
-    if (event->type() == QEvent::FileOpen)
-        mApp->OpenDocument(FileFromUri(static_cast<QFileOpenEvent*>(event)->url().toEncoded().toStdString()));
+        Desktop::The().WhenFree(*this, [this] { AppearanceChanged(); });
+    if (event->type() == QEvent::FileOpen) {
+        const auto file = FileFromUri(static_cast<QFileOpenEvent*>(event)->url().toEncoded().toStdString());
+        Desktop::The().WhenFree(*this, [this, file] { mApp->OpenDocument(file); });
+    }
     return false;
 }
 

@@ -34,11 +34,13 @@ class QtBackend : public QObject, public Backend {
 
     void MsgBox(StringView text) override;
     const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) override;
+    [[nodiscard]] bool LeftByEscape() const override { return mLeftByEscape; }
     std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) override;
     std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) override;
     MenuItem* PopUp(MenuItem& menu, int x, int y) override;
 
     void SetBusy(bool busy) override;
+    [[nodiscard]] bool LookForEscape() override;
     void Beep() override;
     void Notify(StringView title, StringView text) override;
     void Launch(const FolderItem& item) override;
@@ -66,7 +68,8 @@ class QtBackend : public QObject, public Backend {
     int mBusy = 0;     ///< pieces of work that go on, one inside the other
     bool mShowsBusy = false;
     bool mAppearanceStale = false;
-    bool mEndsUnasked = false;  ///< with the session, which has no time for a question
+    bool mLeftByEscape = false;  ///< the last message dialog
+    bool mEndsUnasked = false;   ///< with the session, which has no time for a question
 };
 
 }  // namespace sorbel

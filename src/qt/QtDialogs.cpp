@@ -70,14 +70,31 @@ class MessageBox : public QMessageBox {
   public:
     using QMessageBox::QMessageBox;
 
+    [[nodiscard]] bool LeftByEscape() const { return mByEscape; }
+
   protected:
     void keyPressEvent(QKeyEvent* event) override {
-        if (!escapeButton() && event->matches(QKeySequence::Cancel)) return reject();
+        mByEscape = event->matches(QKeySequence::Cancel);
+        if (mByEscape && !escapeButton()) return reject();
         QMessageBox::keyPressEvent(event);
     }
     void closeEvent(QCloseEvent* event) override {
         if (escapeButton()) return QMessageBox::closeEvent(event);
         QDialog::closeEvent(event);  // NOLINT(bugprone-parent-virtual-call)
+    }
+
+  private:
+    bool mByEscape = false;
+};
+
+/// A text that stays when Escape was held down to leave what was there before it.
+class TextBox : public QMessageBox {
+  public:
+    using QMessageBox::QMessageBox;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!event->isAutoRepeat()) QMessageBox::keyPressEvent(event);
     }
 };
 
@@ -130,14 +147,14 @@ QStringList NameFilters(StringView filter) {
 }
 
 void RunMessage(StringView text, QWidget* parent) {
-    auto* box = new QMessageBox(parent);
+    auto* box = new TextBox(parent);
     box->setTextFormat(Qt::PlainText);
     box->setText(ToQt(text));
     box->setStandardButtons(QMessageBox::Ok);
     (void)Run(box, false);
 }
 
-const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet) {
+MessageAnswer RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet) {
     auto* box = new MessageBox(parent);
     box->setTextFormat(Qt::PlainText);
     box->setText(ToQt(dialog.Message));
@@ -157,10 +174,11 @@ const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* pare
         if (button->Cancel) box->setEscapeButton(shown);
     }
     const std::unique_ptr<MessageBox> done = Run(box, sheet);
-    if (!done) return nullptr;
+    if (!done) return {};
+    MessageAnswer answer{nullptr, done->LeftByEscape()};
     for (size_t index = 0; index < roles.size(); ++index)
-        if (buttons[index] && buttons[index] == done->clickedButton()) return roles[index].first;
-    return nullptr;
+        if (buttons[index] && buttons[index] == done->clickedButton()) answer.Button = roles[index].first;
+    return answer;
 }
 
 std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, bool sheet) {

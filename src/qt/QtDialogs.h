@@ -9,10 +9,15 @@ class QWidget;
 
 namespace sorbel {
 
+struct MessageAnswer {
+    const MessageDialogButton* Button = nullptr;  ///< null: none
+    bool ByEscape = false;
+};
+
 // Dialogs on a parent widget, which may be null. They wait until the user is done.
 
 void RunMessage(StringView text, QWidget* parent);
-[[nodiscard]] const MessageDialogButton* RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet);
+[[nodiscard]] MessageAnswer RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet);
 [[nodiscard]] std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, bool sheet);
 [[nodiscard]] std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, QWidget* parent);
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "qt/Desktop.h"
 #include "qt/Text.h"
 #include "ui/toolkit/Application.h"
 
@@ -144,7 +145,7 @@ void SessionBus::Serve(const QVariantMap& platformData, std::function<void()> re
         Window* const front = mApp->FrontWindow();
         if (front) mApp->Perform([this, front] { mApp->BringToFront(*front); });
     };
-    QMetaObject::invokeMethod(this, serve, Qt::QueuedConnection);
+    Desktop::The().WhenFree(*this, serve);
 }
 
 void SessionBus::OpenOrStart(const Files& files) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/Clock.h"
 #include "scripting/FrontDocument.h"
 #include "ui/toolkit/Application.h"
 #include "ui/toolkit/Dialogs.h"
@@ -164,7 +165,16 @@ String ScriptContext::ShowDialog(StringView message, StringView explanation, Str
     FrontDocument* front = GetFrontWindow();
     const MessageDialogButton* pressed =
         front ? dialog.ShowModalWithin(front->DocumentWindow()) : dialog.ShowModal(mApp);
+    if (mApp.Desktop().LeftByEscape()) StopAtSecondEscape();
     return pressed ? pressed->Caption : String();
+}
+
+/// A script may show dialogs without end.
+void ScriptContext::StopAtSecondEscape() {
+    constexpr int64_t Second = 60;
+    const int64_t now = Ticks();
+    if (mLastEscape && now - *mLastEscape <= Second) throw script::StopScript();
+    mLastEscape = now;
 }
 
 }  // namespace sorbel::Scripting

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "scripting/compiler/ScriptHost.h"
 
 namespace sorbel {
@@ -25,7 +27,7 @@ class ScriptContext : public script::ScriptHost {
     [[nodiscard]] int64_t FirstRow() const;
     [[nodiscard]] int64_t LastRow() const;
     /// The caption of the button that was pressed. Blank captions leave a button as a new dialog has it; the
-    /// icon is accepted and ignored.
+    /// icon is accepted and ignored. Leaving dialogs with Escape twice within a second stops the script.
     String ShowDialog(StringView message, StringView explanation, StringView actionCaption,
                       StringView cancelCaption, StringView alternateCaption = {}, int64_t icon = -1);
     [[nodiscard]] String Translatedtext() const;
@@ -33,8 +35,10 @@ class ScriptContext : public script::ScriptHost {
 
   private:
     [[nodiscard]] FrontDocument* GetFrontWindow() const;
+    void StopAtSecondEscape();
 
     Application& mApp;
+    std::optional<int64_t> mLastEscape;  // in ticks
 };
 
 }  // namespace Scripting

@@ -22,7 +22,8 @@ bool ScriptEngine::Event_CompilerError(const script::KestrumScriptLocation& loca
 
 void ScriptEngine::Event_RuntimeError(const script::KestrumScriptLocation& location, const String& className,
                                       const String& message) {
-    Tell(message.empty() ? className : className + ": " + message, location.Line);
+    const bool both = !className.empty() && !message.empty();
+    Tell(className + (both ? ": " : "") + message, location.Line);
 }
 
 void ScriptEngine::Tell(const String& text, int64_t line) {

@@ -1,11 +1,11 @@
 #include "scripting/Scripting.h"
 
-#include <optional>
 #include <span>
 
 #include "platform/FileContents.h"
 #include "platform/SpecialFolder.h"
 #include "platform/TextStreams.h"
+#include "scripting/EscapeWatch.h"
 #include "scripting/Samples.h"
 #include "scripting/ScriptContext.h"
 #include "scripting/ScriptEngine.h"
@@ -135,14 +135,18 @@ std::shared_ptr<FolderItem> ScriptsFolder() {
     return scripts;
 }
 
-void RunScript(Application& app, StringView source) {
+void RunScript(Application& app, StringView source, std::optional<int64_t> stopAfter) {
     const auto engine = std::make_shared<ScriptEngine>(app);
     mScriptingEngine = engine;
     ScriptContext context(app);
+    EscapeWatch user(app.Desktop());
+    script::JumpLimit limit(stopAfter.value_or(0));
     engine->Context = &context;
+    engine->Watch = stopAfter ? static_cast<script::Watch*>(&limit) : &user;
     engine->Source = source;
     engine->Run();
     engine->Context = nullptr;
+    engine->Watch = nullptr;
 }
 
 bool RebuildMenu(MenuItem& scriptsMenu, Application& app) {

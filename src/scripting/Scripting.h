@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/FolderItem.h"
@@ -17,8 +19,9 @@ namespace Scripting {
 /// folder.
 [[nodiscard]] std::shared_ptr<FolderItem> ScriptsFolder();
 
-/// Runs a script's text to its end. Errors are told to the user.
-void RunScript(Application& app, StringView source);
+/// Runs a script's text to its end, or until the user stops it. Errors are told to the user. `stopAfter`: in
+/// place of the user, stops it after that many jumps back and calls.
+void RunScript(Application& app, StringView source, std::optional<int64_t> stopAfter = std::nullopt);
 
 /// Brings the items of the Scripts menu in step with the folder as it stands. False: there is no such folder,
 /// and the menu has got the items behind the scripts once more.

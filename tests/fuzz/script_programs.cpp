@@ -472,7 +472,8 @@ int main(int argc, char** argv) {
         script.Source = kind == 0   ? RandomBytes(random)
                         : kind == 1 ? RandomWords(random)
                                     : Grammar(random).Program();
-        script.SetOperationLimit(20000);
+        sorbel::script::JumpLimit limit(20000);
+        script.Watch = &limit;
         if (std::getenv("SCRIPT_SHOW")) std::fputs(script.Source.c_str(), stderr);
         script.Run();
         compiled += script.Compiled;

@@ -9,11 +9,13 @@ namespace sorbel::script {
 /// A script whose events are kept.
 class RecordingScript : public KestrumScript {
   public:
-    explicit RecordingScript(String source, ScriptHost* host = nullptr) {
+    explicit RecordingScript(String source, ScriptHost* host = nullptr, int64_t jumps = 100'000'000) {
         Source = std::move(source);
         Context = host;
-        SetOperationLimit(200'000'000);
+        JumpLimit limit(jumps);
+        Watch = &limit;
         Run();
+        Watch = nullptr;
     }
     std::vector<String> Output;
     std::vector<int64_t> Warnings;  // lines

@@ -67,8 +67,7 @@ void KestrumScript::Run() {
     std::optional<ScriptFailure> failure;
     {
         Machine machine(compilation.Program, compilation.Types, Context, console);
-        if (mLimit != INT64_MAX) machine.SetBudget(mLimit);
-        failure = machine.Run();
+        failure = machine.Run(Watch);
     }
     if (failure) Event_RuntimeError({failure->Line}, failure->ClassName, failure->Message);
 }

@@ -2,6 +2,7 @@
 
 #include "platform/Dictionary.h"
 #include "scripting/compiler/ScriptHost.h"
+#include "scripting/compiler/Watch.h"
 
 namespace sorbel::script {
 
@@ -20,18 +21,19 @@ class KestrumScript {
     String Source;
     /// What the script sees besides itself; may be null. The caller keeps it alive during `Run`.
     ScriptHost* Context = nullptr;
+    /// Ends the script while it runs; may be null. The caller keeps it alive during `Run`.
+    script::Watch* Watch = nullptr;
 
     /// Compiles `Source` and, if it has no error, runs it to its end on the calling thread. The first error
     /// ends the compilation.
     void Run();
-    /// Stops a run after so many operations of the machine, as a failure at run time; none until it is set.
-    void SetOperationLimit(int64_t operations) { mLimit = operations; }
 
   protected:
     /// `errorInfo` has the values of the message's placeholders in their order. The answer is not used.
     virtual bool Event_CompilerError(const KestrumScriptLocation&, int64_t, const Details&) { return false; }
     virtual void Event_CompilerWarning(const KestrumScriptLocation&, int64_t, const Details&) {}
-    /// A failure that nothing in the script caught. What the script did before stays done.
+    /// A failure that nothing in the script caught, or its end from outside, which has no class. What the
+    /// script did before stays done.
     virtual void Event_RuntimeError(const KestrumScriptLocation&, const String& className,
                                     const String& message) {
         (void)className;
@@ -39,9 +41,6 @@ class KestrumScript {
     }
     virtual void Event_Print(const String&) {}
     virtual String Event_Input(const String&) { return {}; }
-
-  private:
-    int64_t mLimit = INT64_MAX;
 };
 
 }  // namespace sorbel::script

@@ -35,7 +35,25 @@ Machine::~Machine() {
     mMemory.FreeAll();
 }
 
-std::optional<ScriptFailure> Machine::Run() {
+/// The time in which the script is watched.
+class Machine::Watched {
+  public:
+    Watched(Machine& machine, Watch* watch) : mMachine(machine) {
+        mMachine.mWatch = watch;
+        if (watch) watch->Begin(mMachine.mAttention);
+    }
+    ~Watched() {
+        if (mMachine.mWatch) mMachine.mWatch->End();
+    }
+    Watched(const Watched&) = delete;
+    Watched& operator=(const Watched&) = delete;
+
+  private:
+    Machine& mMachine;
+};
+
+std::optional<ScriptFailure> Machine::Run(Watch* watch) {
+    const Watched watched(*this, watch);
     try {
         Enter(mProgram.Functions[0], mStack.get(), 0);
         Execute(mFrames.get());
@@ -50,11 +68,15 @@ std::optional<ScriptFailure> Machine::Run() {
     } catch (const Failure& failure) {
         return ScriptFailure{failure.ClassName, failure.Message, 1};
     } catch (const Stopped&) {
-        if (!mFatal) mFatal = ScriptFailure{"StoppedException", "The script was stopped.", CurrentLine()};
+        if (!mFatal) mFatal = ScriptFailure{{}, "The script was stopped.", CurrentLine()};
         EndAll();
         return mFatal;
     }
     return {};
+}
+
+void Machine::AskWatch() const {
+    if (mWatch->Stops()) throw Stopped{};
 }
 
 // Drops what a script leaves that did not come to its end.
@@ -77,10 +99,7 @@ void Machine::Execute(const Frame* below) {
     for (;;) {
         Object* exception = nullptr;
         try {
-            if (mBudget == INT64_MAX)
-                Loop<false>(below);
-            else
-                Loop<true>(below);
+            Loop(below);
             return;
         } catch (const Failure& failure) {
             if (failure.ClassName == "OutOfMemoryException") {
@@ -164,6 +183,7 @@ void Machine::Destroy(Object& object) {
     Object* caught = std::exchange(mCaught, nullptr);
     try {
         Enter(function, base, 0);
+        if (mAttention.IsAsked()) AskWatch();
         Execute(below);
     } catch (const Thrown& thrown) {
         mMemory.Release(thrown.Exception);
@@ -189,6 +209,7 @@ Slot Machine::Invoke(const Delegate& delegate, std::initializer_list<Slot> value
     }
     const Frame* below = mTop;
     Enter(mProgram.Functions[delegate.Function], base, 0);
+    if (mAttention.IsAsked()) AskWatch();
     Execute(below);
     return mResult;
 }
@@ -268,6 +289,8 @@ void Machine::CallHost(uint32_t index, Slot* arguments) {
         result = mHost->Call(index, values);
     } catch (const RuntimeException& exception) {
         throw Failure{exception.ClassName(), exception.Message()};
+    } catch (const StopScript&) {
+        throw Stopped{};
     }
     Slot& to = arguments[0];
     to.I = 0;

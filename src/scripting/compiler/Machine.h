@@ -7,6 +7,7 @@
 #include "scripting/compiler/Program.h"
 #include "scripting/compiler/ScriptHost.h"
 #include "scripting/compiler/Strings.h"
+#include "scripting/compiler/Watch.h"
 
 namespace sorbel::script {
 
@@ -32,10 +33,9 @@ class Machine final : public Memory::Destroyer {
     Machine(const Program& program, const Types& types, ScriptHost* host, Console& console);
     ~Machine() override;
 
-    /// Runs the main program to its end. Nothing if all went well.
-    std::optional<ScriptFailure> Run();
-    /// Ends the script after so many operations; none at all if never called.
-    void SetBudget(int64_t operations) { mBudget = operations; }
+    /// Runs the main program to its end, or until `watch`, which may be null, ends it. Nothing if all went
+    /// well.
+    std::optional<ScriptFailure> Run(Watch* watch);
 
     // For the library
     [[nodiscard]] Memory& Store() { return mMemory; }
@@ -69,11 +69,12 @@ class Machine final : public Memory::Destroyer {
         Object* Exception;
     };
     struct Stopped {};
+    class Watched;
 
     /// Runs the method on top until no frame above `below` is left.
     void Execute(const Frame* below);
-    template <bool Counted>
     void Loop(const Frame* below);
+    void AskWatch() const;
     void Enter(const Function& function, Slot* base, uint16_t result);
     [[noreturn]] void RefuseCall(const Function& function, Slot* base);
     void ReleaseFrame(const Frame& frame);
@@ -115,7 +116,8 @@ class Machine final : public Memory::Destroyer {
     Object* mCaught = nullptr;
     Slot mResult;
     int mRuns = 0;
-    int64_t mBudget = INT64_MAX;
+    Watch* mWatch = nullptr;
+    Attention mAttention;
     uint64_t mSeed = 0x9E3779B97F4A7C15u;
     std::optional<ScriptFailure> mFatal;
 };

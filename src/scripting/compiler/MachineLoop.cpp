@@ -33,25 +33,6 @@ uint64_t UnsignedOf(double value) {
     throw Failure{"DivisionByZeroException", "A whole number cannot be divided by zero."};
 }
 
-// A script is stopped after a jump or at the start of a method only: elsewhere arguments may be under way
-// that belong to nobody yet. Whatever does not end has such places.
-[[maybe_unused]] bool MayStop(Code code) {
-    return code >= Code::Jump && code <= Code::CallDelegate;
-}
-
-// Where a jump goes. One that goes back most likely goes where the last one went, and asking for that in this
-// way lets a processor run ahead with the next round before it has read the distance. The empty assembly
-// keeps the compiler from noticing that both ways come to the same.
-const Instruction* TargetOf(const Instruction* from, int32_t distance, const Instruction*& loopStart) {
-    const Instruction* target = from + distance;
-    if (distance >= 0) return target;
-    if (target != loopStart)
-        loopStart = target;
-    else
-        asm volatile("" : "+r"(loopStart));
-    return loopStart;
-}
-
 bool IsWithin(Slot index, Slot array) {
     return array.A && static_cast<uint64_t>(index.I) < static_cast<uint64_t>(array.A->Count);
 }
@@ -63,7 +44,6 @@ E& ElementOf(Slot array, Slot index) {
 
 }  // namespace
 
-template <bool Counted>
 void Machine::Loop(const Frame* below) {
     static const void* const labels[] = {
 #define X(Name, Letters) &&L_##Name,
@@ -72,26 +52,17 @@ void Machine::Loop(const Frame* below) {
     };
     const NativeFunction* const* const natives = mNatives;
     Frame* frame = mTop;
-    const Instruction* loopStart = nullptr;
     const Function* fn = frame->F;
     Slot* r = frame->Base;
     const Instruction* pc = frame->Next;  // the operation that comes next
     Slot* window = nullptr;
     Slot result;
     uint16_t place = 0;
-    [[maybe_unused]] Code last = Code::Move;
 
 // Operands are read where they are used, and what most operations do not need is not worked out for them.
 #define THIS pc[-1]
 #define NEXT                                            \
     do {                                                \
-        if constexpr (Counted) {                        \
-            if (--mBudget < 0 && MayStop(last)) {       \
-                frame->Next = pc + 1;                   \
-                throw Stopped{};                        \
-            }                                           \
-            last = pc->What;                            \
-        }                                               \
         ++pc;                                           \
         goto* labels[static_cast<uint16_t>(THIS.What)]; \
     } while (false)
@@ -105,16 +76,32 @@ void Machine::Loop(const Frame* below) {
         __VA_ARGS__;  \
     }                 \
     NEXT;
-#define JUMP_IF(Condition)                           \
-    if (Condition) {                                 \
-        pc = TargetOf(pc, THIS.ShortC(), loopStart); \
-        NEXT;                                        \
-    }
-#define JUMP_FAR_IF(Condition)                     \
-    if (Condition) {                               \
-        pc = TargetOf(pc, THIS.Wide(), loopStart); \
-        NEXT;                                      \
-    }
+// A jump back most likely goes where the last one went, and asking for that in this way lets a processor run
+// ahead with the next round before it has read the distance. The empty assembly keeps the compiler from
+// noticing that both ways come to the same.
+// Here and at the start of a method a script can be stopped: elsewhere arguments may be under way that belong
+// to nobody yet, and whatever does not end has such places. Whoever wants attention makes the machine forget
+// where the last jump went, so that a jump to the same place, as nearly all are, has nothing more to ask.
+#define JUMP(Distance)                                                                         \
+    do {                                                                                       \
+        const int32_t distance = Distance;                                                     \
+        pc += distance;                                                                        \
+        if (distance < 0) [[likely]] {                                                         \
+            const Instruction* start = mAttention.mRoundStart.load(std::memory_order_relaxed); \
+            if (pc == start) [[likely]] {                                                      \
+                asm volatile("" : "+r"(start));                                                \
+                pc = start;                                                                    \
+            } else {                                                                           \
+                if (mAttention.IsAsked()) goto askWatch;                                       \
+                mAttention.mRoundStart.store(pc, std::memory_order_relaxed);                   \
+            }                                                                                  \
+        }                                                                                      \
+        NEXT;                                                                                  \
+    } while (false)
+#define JUMP_IF(Condition) \
+    if (Condition) JUMP(THIS.ShortC())
+#define JUMP_FAR_IF(Condition) \
+    if (Condition) JUMP(THIS.Wide())
 #define NEED_DIVISOR(Number) \
     if ((Number) == 0) goto divisionByZero
 #define NEED_ELEMENT(Array, Index) \
@@ -127,7 +114,8 @@ void Machine::Loop(const Frame* below) {
     frame = mTop;                  \
     fn = frame->F;                 \
     r = frame->Base;               \
-    pc = frame->Next
+    pc = frame->Next;              \
+    if (mAttention.IsAsked()) goto askWatch
 #define LEAVE()                    \
     if (!fn->References.empty()) { \
         SAVE();                    \
@@ -413,6 +401,10 @@ L_Raise : {
     OP(GoSub, RA.I = pc - fn->Code.data(); pc += THIS.Wide())
     OP(ReturnSub, pc = fn->Code.data() + RA.I)
 
+askWatch:
+    frame->Next = pc + 1;  // to tell the line of what comes next
+    AskWatch();
+    NEXT;
 divisionByZero:
     SAVE();
     FailDivision();
@@ -430,6 +422,7 @@ isNil:
 #undef NUMBER
 #undef SAVE
 #undef OP
+#undef JUMP
 #undef JUMP_IF
 #undef JUMP_FAR_IF
 #undef NEED_DIVISOR
@@ -440,8 +433,5 @@ isNil:
 #undef ENTER
 #undef LEAVE
 }
-
-template void Machine::Loop<false>(const Frame* below);
-template void Machine::Loop<true>(const Frame* below);
 
 }  // namespace sorbel::script

@@ -27,6 +27,9 @@ struct HostMember {
     HostType Result = HostType::Nothing;
 };
 
+/// Thrown by a host's member to end the script: none of its code runs any more.
+struct StopScript {};
+
 /// The object whose methods and properties a script uses by their bare names. Names differ in more than
 /// letter case, except for methods with different parameters.
 class ScriptHost {
@@ -34,7 +37,7 @@ class ScriptHost {
     virtual ~ScriptHost() = default;
     [[nodiscard]] virtual std::vector<HostMember> Members() const = 0;
     /// Calls the member at `index` of `Members()` with values of its parameters' types; gives a value of the
-    /// type of its result. A RuntimeException becomes an exception of the script.
+    /// type of its result. A RuntimeException becomes an exception of the script; see `StopScript`.
     virtual HostValue Call(size_t index, std::span<const HostValue> arguments) = 0;
 };
 

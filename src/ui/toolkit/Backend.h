@@ -43,6 +43,8 @@ class Backend {
     // --- Dialogs; `within` is the window whose sheet it is, or null ---
     virtual void MsgBox(StringView text) = 0;
     virtual const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) = 0;
+    /// Whether the user left the last message dialog with the Escape key, whichever button that stood for.
+    [[nodiscard]] virtual bool LeftByEscape() const { return false; }
     virtual std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) = 0;
     virtual std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) = 0;
     /// A menu at a point of the screen; the chosen item or null.
@@ -52,6 +54,10 @@ class Backend {
     /// Work that may take long begins (true) or ends (false), each end after its begin; pairs may nest. A
     /// dialog that comes up meanwhile is answered as ever. See `Busy`.
     virtual void SetBusy(bool busy) = 0;
+    /// Called now and then by work that has gone on for a while: brings the screen up to date and tells the
+    /// desktop that the program lives. What the user does meanwhile is dropped, and what the desktop asks for
+    /// waits until the work is done. True if Escape was pressed since the last time.
+    [[nodiscard]] virtual bool LookForEscape() { return false; }
     virtual void Beep() = 0;
     /// A word to the user that asks nothing, takes no focus and does not wait.
     virtual void Notify(StringView title, StringView text) = 0;
