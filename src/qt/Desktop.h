@@ -34,6 +34,7 @@ class Desktop : public QApplication {
     void WhenFree(QObject& owner, std::function<void()> work);
     /// See `Backend`.
     [[nodiscard]] bool LookForEscape();
+    [[nodiscard]] bool IsLooking() const { return mLooking; }
 
     bool notify(QObject* receiver, QEvent* event) override;
 

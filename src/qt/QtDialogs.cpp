@@ -87,15 +87,22 @@ class MessageBox : public QMessageBox {
     bool mByEscape = false;
 };
 
-/// A text that stays when Escape was held down to leave what was there before it.
+/// A text that stays when a key is held down that was to leave what was there before it. Not every repetition
+/// of a held key is known as one, but they follow each other closely.
 class TextBox : public QMessageBox {
   public:
     using QMessageBox::QMessageBox;
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
-        if (!event->isAutoRepeat()) QMessageBox::keyPressEvent(event);
+        constexpr quint64 gap = 250;  // milliseconds
+        if (!event->isAutoRepeat() && event->timestamp() - mHeldAt >= gap)
+            return QMessageBox::keyPressEvent(event);
+        mHeldAt = event->timestamp();
     }
+
+  private:
+    quint64 mHeldAt = 0;
 };
 
 /// A file dialog in which a folder that has the extension of a type asked for, such as an application, can be

@@ -69,6 +69,7 @@ class QtWindow : public QMainWindow, public View {
     void ShowFocus();
     void OpenContextMenu();
     void CloseGuests();
+    void TakeFront();
     void TakePlace();
     [[nodiscard]] ControlView* ViewOf(const QObject* widget) const;
 

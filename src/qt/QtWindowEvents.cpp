@@ -4,6 +4,7 @@
 #include <QDropEvent>
 #include <QMimeData>
 
+#include "qt/Desktop.h"
 #include "qt/QtMenus.h"
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
@@ -26,7 +27,7 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     if (!view) return QMainWindow::eventFilter(watched, event);
     switch (event->type()) {
         case QEvent::FocusIn:
-            if (!mFlushing) mModel->UserFocus(&view->Model());
+            if (!mFlushing && !Desktop::The().IsLooking()) mModel->UserFocus(&view->Model());
             break;
         case QEvent::ShortcutOverride:
             if (!view->YieldsMenuKeys() || !mMenus || !mMenus->Owns(static_cast<QKeyEvent&>(*event))) break;
@@ -40,8 +41,19 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void QtWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() != QEvent::ActivationChange || mRetired || !isActiveWindow()) return;
-    if (mModel->App().FrontWindow() != mModel.get()) mModel->App().BringToFront(*mModel);
+    if (event->type() != QEvent::ActivationChange || !isActiveWindow()) return;
+    if (Desktop::The().IsLooking())
+        Desktop::The().WhenFree(*this, [this] { TakeFront(); });
+    else
+        TakeFront();
+}
+
+/// Scripts may have come or gone while another window was active, and their keys with them.
+void QtWindow::TakeFront() {
+    if (mRetired || !isActiveWindow()) return;
+    Application& app = mModel->App();
+    if (app.FrontWindow() != mModel.get()) app.BringToFront(*mModel);
+    app.Perform([&app] { app.EnableMenuItems(); });
 }
 
 /// Not every platform makes of these keys what it makes of the menu key.
