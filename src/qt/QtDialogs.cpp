@@ -96,12 +96,14 @@ class TextBox : public QMessageBox {
   protected:
     void keyPressEvent(QKeyEvent* event) override {
         constexpr quint64 gap = 250;  // milliseconds
-        if (!event->isAutoRepeat() && event->timestamp() - mHeldAt >= gap)
-            return QMessageBox::keyPressEvent(event);
+        const bool isNext = event->key() == mHeld && event->timestamp() - mHeldAt < gap;
+        if (!event->isAutoRepeat() && !isNext) return QMessageBox::keyPressEvent(event);
+        mHeld = event->key();
         mHeldAt = event->timestamp();
     }
 
   private:
+    int mHeld = 0;
     quint64 mHeldAt = 0;
 };
 

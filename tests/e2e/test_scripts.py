@@ -152,6 +152,23 @@ class Scripts(driver.Case):
         program.menu("EditUndo")
         self.assertEqual(self.translations(program)[0], "eins")
 
+    def test_a_stopped_script_runs_none_of_its_code_and_keeps_what_it_changed(self):
+        program = self.start(self.write(entries=ENTRIES))
+        program.select(0)
+        source = ('TranslatedText = "done"\nClass Last\nSub Destructor()\nTranslatedText = "gone"\nEnd Sub\nEnd Class\n'
+                  'Dim held As New Last\nTry\nWhile True\nCurrentRow = 2\nCurrentRow = 1\nWend\n'
+                  'Catch e\nTranslatedText = "caught"\nFinally\nTranslatedText = "last"\nEnd Try')
+        for jumps in (1, 2, 1000):
+            reply = program.raw("run", source=source, stopAfter=jumps)
+            self.assertEqual([(box["kind"], box["text"]) for box in reply["shown"]],
+                             [("MsgBox", "The script was stopped.\nLine 10")])
+            self.assertEqual(self.translations(program)[0], "done")
+        program.menu("EditUndo")
+        self.assertEqual(self.translations(program)[0], "eins")
+        reply = program.raw("run", source="For i As Integer = 1 To 3\nNext\nCurrentRow = 1\nTranslatedText = \"end\"", stopAfter=3)
+        self.assertEqual((reply["shown"], self.translations(program)[0]), ([], "end"))
+        self.assertFalse(program.raw("run", source="Beep", stopAfter="soon")["ok"])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <functional>
 
+#include "platform/Clock.h"
 #include "platform/FileContents.h"
 #include "platform/SpecialFolder.h"
 #include "scripting/Scripting.h"
@@ -113,6 +114,33 @@ TEST(ScriptsMenu, FollowsTheFolderAsIfMadeAnew) {
     RebuildMenu(menu, app);
     EXPECT_EQ(&menu.Item(0), first) << "nothing has changed";
     EXPECT_TRUE(folder->Child("Samples")->Child("Sample.sorbel_script")->Exists());
+}
+
+/// How many of five dialogs in a row come up when each is left `pause` ticks after it came.
+size_t DialogsShown(bool byEscape, int64_t pause) {
+    ManualClock time;
+    Clock::Install(&time);
+    FakeBackend desktop;
+    Application app(desktop);
+    desktop.EscapeLeaves = byEscape;
+    desktop.WhileAsking = [&time, pause] {
+        time.Advance(pause);
+    };
+    desktop.Buttons.resize(5, FakeBackend::Button::Action);
+    RunScript(app, "For i As Integer = 1 To 5\nCall ShowDialog(\"Go on?\", \"\", \"OK\", \"\")\nNext");
+    if (!desktop.Messages.empty()) {
+        EXPECT_EQ(desktop.Messages, std::vector<String>{"The script was stopped.\nLine 2"});
+        desktop.Buttons.clear();
+    }
+    Clock::Install(nullptr);
+    return desktop.MessageDialogs.size();
+}
+
+TEST(RunScript, IsStoppedByEscapeTwiceWithinASecond) {
+    EXPECT_EQ(DialogsShown(true, 0), 2u);
+    EXPECT_EQ(DialogsShown(true, 60), 2u);
+    EXPECT_EQ(DialogsShown(true, 61), 5u);
+    EXPECT_EQ(DialogsShown(false, 0), 5u);
 }
 
 }  // namespace

@@ -37,6 +37,7 @@ class FakeBackend : public Backend {
     /// The screen is to be brought up to date.
     std::function<void()> WhenShowing;
     bool LaunchFails = false;
+    bool EscapeLeaves = false;  ///< message dialogs
 
     // --- What happened ---
     struct SaveQuestion {
@@ -88,6 +89,7 @@ class FakeBackend : public Backend {
         EXPECT_TRUE(button.Visible) << "The button that is to be pressed cannot be seen.";
         return &button;
     }
+    [[nodiscard]] bool LeftByEscape() const override { return EscapeLeaves; }
     std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) override {
         OpenDialogs.push_back(dialog);
         LastParent = within;
