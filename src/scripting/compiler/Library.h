@@ -24,6 +24,10 @@ namespace sorbel::script {
 /// Puts a value in a place that holds nothing yet, with a reference of its own.
 void WriteElement(Array& array, int64_t index, Slot value);
 
+/// Whether two values of Variants are the same: texts without regard to letter case, numbers by their value,
+/// objects and arrays by being one. What differs in kind is never the same.
+[[nodiscard]] bool SameValue(const Box* a, const Box* b);
+
 /// What a whole number is that a call leaves out.
 inline constexpr int64_t Missing = INT64_MIN;
 [[nodiscard]] inline int64_t Given(int64_t value, int64_t otherwise) {

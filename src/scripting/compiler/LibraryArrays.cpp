@@ -148,6 +148,7 @@ void Upper(Machine&, Slot* a) {
 bool Same(const Array& array, Slot a, Slot b) {
     if (array.Element == ElementKind::F32 || array.T->Element->Is(Kind::Double)) return a.D == b.D;
     if (array.T->Element->Is(Kind::String)) return SameText(a.T, b.T);
+    if (array.T->Element->Is(Kind::Variant)) return SameValue(a.V, b.V);
     return a.U == b.U;
 }
 

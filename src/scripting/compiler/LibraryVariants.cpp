@@ -22,17 +22,37 @@ void GiveBox(Machine& machine, Slot& to, Kind kind, Slot value) {
     to.V = machine.Store().NewBox(machine.KnownTypes().Of(kind), value);
 }
 
+/// The text that a value reads as, for as long as it is needed.
+struct TextOfBox {
+    TextOfBox(Machine& machine, Box* box)
+        : Value(Unbox(machine, box, *machine.KnownTypes().Of(Kind::String))), Store(machine.Store()) {}
+    TextOfBox(const TextOfBox&) = delete;
+    TextOfBox& operator=(const TextOfBox&) = delete;
+    ~TextOfBox() { Store.Release(Value.H); }
+    Slot Value;
+    Memory& Store;
+};
+
+// One text is enough: the other value is joined to it as the text that it reads as.
+void Joined(Machine& machine, Slot* a) {
+    const TextOfBox left(machine, a[0].V), right(machine, a[1].V);
+    Slot value;
+    AppendText(machine.Store(), value, left.Value, right.Value);
+    try {
+        GiveBox(machine, a[0], Kind::String, value);
+    } catch (...) {
+        machine.Store().Release(value.H);
+        throw;
+    }
+    machine.Store().Release(value.H);
+}
+
 // Arithmetic of values whose types are only known now: texts are joined, whole numbers stay whole.
 template <Op Operator>
 void Work(Machine& machine, Slot* a) {
     Box *left = a[0].V, *right = a[1].V;
     Slot value;
-    if (Operator == Op::Add && IsText(left) && IsText(right)) {
-        AppendText(machine.Store(), value, left->Value, right->Value);
-        GiveBox(machine, a[0], Kind::String, value);
-        machine.Store().Release(value.H);
-        return;
-    }
+    if (Operator == Op::Add && (IsText(left) || IsText(right))) return Joined(machine, a);
     if (IsWhole(left) && IsWhole(right) && Operator != Op::Divide && Operator != Op::Power) {
         const uint64_t x = left->Value.U, y = right->Value.U;
         if ((Operator == Op::IntegerDivide || Operator == Op::Modulo) && y == 0)
@@ -78,6 +98,27 @@ void Compare(Machine& machine, Slot* a) {
         const double x = RealOf(machine, left), y = RealOf(machine, right);
         a[0].I = x < y ? -1 : x > y ? 1 : x == y ? 0 : 2;
     }
+}
+
+// The same bits are a number below 0 in one type and a large one in another.
+bool SameInteger(const Box& a, const Box& b) {
+    const auto below = [](const Box& box) {
+        return !box.T->Is(Kind::UInt64) && box.Value.I < 0;
+    };
+    return a.Value.U == b.Value.U && below(a) == below(b);
+}
+
+bool SameNumber(const Box& a, const Box& b) {
+    if (a.T->IsInteger() && b.T->IsInteger()) return SameInteger(a, b);
+    if (a.T->IsReal() && b.T->IsReal())
+        return a.Value.D == b.Value.D || (std::isnan(a.Value.D) && std::isnan(b.Value.D));
+    const Box &whole = a.T->IsInteger() ? a : b, &real = a.T->IsInteger() ? b : a;
+    const double value = real.Value.D;
+    // As whole numbers, since a real number has fewer digits.
+    if (!(value >= -0x1p63 && value < 0x1p64) || value != std::trunc(value)) return false;
+    if (value >= 0x1p63) return whole.T->Is(Kind::UInt64) && whole.Value.U == static_cast<uint64_t>(value);
+    if (whole.T->Is(Kind::UInt64) && whole.Value.I < 0) return false;
+    return whole.Value.I == static_cast<int64_t>(value);
 }
 
 bool IsNumeric(const Box* box) {
@@ -168,6 +209,15 @@ Slot UnboxNumber(const Box& box, const Type& to) {
 }
 
 }  // namespace
+
+bool SameValue(const Box* a, const Box* b) {
+    if (a == b) return true;
+    if (!a || !b) return false;
+    if (IsText(a) && IsText(b)) return SameText(a->Value.T, b->Value.T);
+    if (a->T->IsNumber() && b->T->IsNumber()) return SameNumber(*a, *b);
+    if (a->T->IsObject() && b->T->IsObject()) return a->Value.O == b->Value.O;
+    return a->T == b->T && a->Value.U == b->Value.U;
+}
 
 Slot Unbox(Machine& machine, Box* box, const Type& type) {
     Slot value;
