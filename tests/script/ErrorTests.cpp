@@ -172,6 +172,9 @@ const ErrorCase errors[] = {
     {146, 9,
      "Interface I\nEnd Interface\nClass A\nFunction Operator_Convert() As Integer\nReturn 1\nEnd Function\n"
      "End Class\nDim o As New A\nDim w As I = o"},
+    {146, 8,
+     "Interface I\nEnd Interface\nClass A\nFunction Operator_Convert() As I\nReturn Nil\nEnd Function\n"
+     "End Class\nDim w As I = New A"},
     {147, 2, "If True Then\nElseIf Then\nEnd If"},
     {148, 1, "Const C As Object = Nil"},
     {149, 2, "Module M\nConst A = B\nConst B = A\nEnd Module"},
@@ -183,6 +186,10 @@ const ErrorCase errors[] = {
     {157, 1, "For\nNext"},
     {158, 1, "While\nWend"},
     {159, 1, "For i As UInt32 = 5 DownTo 1\nNext"},
+    {159, 2, "Const Back = -1\nFor i As UInt8 = 5 To 1 Step Back\nNext"},
+    {159, 1, "For i As UInt16 = 5 To 1 Step -2\nNext"},
+    {159, 1, "For i As UInt32 = 5 To 1 Step -0.5\nNext"},
+    {159, 1, "For i As UInt64 = 5 To 1 Step -1\nNext"},
     {160, 1, "Dim b As Boolean = 1 Is 2"},
     {161, 3, "Sub F()\nEnd Sub\nAddHandler 5, AddressOf F"},
     {162, 4, "Dim o As Object\nSub F()\nEnd Sub\nAddHandler o.Fired, AddressOf F"},

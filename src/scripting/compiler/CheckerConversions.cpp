@@ -34,6 +34,7 @@ int Checker::Cost(const Expr& from, const Type* to) const {
 
 // Operator_Convert: a function of the class that gives the type, or a Sub of the class that takes it.
 Method* Checker::UserConversion(const Type* from, const Type* to) const {
+    if (to->Is(Kind::Interface)) return nullptr;  // what is no such object cannot become one
     const NameId name = mNames.Intern("Operator_Convert");
     const auto look = [&](const Type* cls, auto fits) -> Method* {
         if (!cls->Is(Kind::Class)) return nullptr;

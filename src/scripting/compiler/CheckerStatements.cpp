@@ -276,6 +276,17 @@ void Checker::CheckCase(CaseTest& test, Variable& subject, uint32_t line) {
     test.Low = condition;
 }
 
+namespace {
+
+bool IsNegative(const Expr& step) {
+    if (step.Kind != ExprKind::Literal) return false;
+    if (const double* real = std::get_if<double>(&step.Value)) return *real < 0;
+    const int64_t* number = std::get_if<int64_t>(&step.Value);
+    return number && *number < 0 && !step.T->IsUnsigned();
+}
+
+}  // namespace
+
 void Checker::CheckFor(Stmt& statement) {
     mNow.Scopes.emplace_back();
     CheckValue(statement.A);
@@ -293,14 +304,11 @@ void Checker::CheckFor(Stmt& statement) {
     }
     const Type* type = statement.Var->T;
     if (!type->IsNumber()) Fail(Error::TypeMismatch, statement.Line);
+    // Before the step is converted: no number of this type is below 0.
+    const bool down = statement.Down || (statement.C && IsNegative(*statement.C));
+    if (type->IsUnsigned() && down) Fail(Error::UnsignedDownwards, statement.Line);
     for (Expr** part : {&statement.A, &statement.B, &statement.C})
         if (*part && !Convert(*part, type)) Fail(Error::TypeMismatch, statement.Line);
-    if (type->IsUnsigned()) {
-        const Expr* step = statement.C;
-        const int64_t* literal = step ? std::get_if<int64_t>(&step->Value) : nullptr;
-        const bool negative = step && step->Kind == ExprKind::Literal && literal && *literal < 0;
-        if (statement.Down || negative) Fail(Error::UnsignedDownwards, statement.Line);
-    }
     statement.Hidden = Hidden(type);
     mNow.Blocks.push_back({BlockKind::For, statement.Name});
     CheckBlock(statement.Body);
