@@ -152,6 +152,7 @@ class Checker {
     void NeedInstance(Expr& expr, const Symbol& symbol, bool property);
     Expr* ImplicitSelf(uint32_t line);
     [[nodiscard]] Expr* MakeExpr(ExprKind kind, uint32_t line, const Type* type);
+    [[nodiscard]] Expr* MakeText(String text, uint32_t line);
     [[nodiscard]] Expr* Reference(Variable& variable, uint32_t line);
 
     // Calls

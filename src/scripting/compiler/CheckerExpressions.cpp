@@ -12,6 +12,12 @@ Expr* Checker::MakeExpr(ExprKind kind, uint32_t line, const Type* type) {
     return &expr;
 }
 
+Expr* Checker::MakeText(String text, uint32_t line) {
+    Expr* expr = MakeExpr(ExprKind::Literal, line, mString);
+    expr->Value = std::move(text);
+    return expr;
+}
+
 Expr* Checker::Reference(Variable& variable, uint32_t line) {
     Expr* expr = MakeExpr(ExprKind::Variable, line, variable.T);
     expr->Var = &variable;

@@ -28,6 +28,7 @@ Kind LetterKind(char letter) {
         case 'B':
             return Kind::Boolean;
         case 'S':
+        case 'W':
             return Kind::String;
         case 'C':
             return Kind::Color;
@@ -133,7 +134,9 @@ void Checker::FinishNative(Expr& expr, const NativeFunction& function) {
     for (size_t at = 0; at < params.size(); ++at) {
         const char letter = params[at].Letter;
         const Type* type = letter == 'E' ? array->Element : mTypes.Of(LetterKind(letter));
-        if (at >= expr.Args.size())
+        if (at >= expr.Args.size() && letter == 'W')
+            expr.Args.push_back(MakeText(" ", expr.Line));
+        else if (at >= expr.Args.size())
             expr.Args.push_back(MakeExpr(ExprKind::Missing, expr.Line, letter == 'I' ? nullptr : type));
         else if (letter == 'F' && !expr.Args[at]->T)
             Convert(expr.Args[at], ComparisonOf(array));

@@ -118,6 +118,29 @@ String Repeated(StringView text, int64_t count) {
     return result;
 }
 
+// Nothing to split at: every character by itself.
+void GiveCharacters(Machine& machine, Slot* a) {
+    Text* text = a[0].T;
+    Array* characters = machine.NewTexts({});
+    try {
+        ResizeArray(machine.Store(), *characters, CountCharacters(text));
+        StringView rest = View(a[0]);
+        for (int64_t at = 0; at < characters->Count; ++at) {
+            const StringView one = rest.substr(0, FirstCharacter(rest).Bytes.size());
+            rest.remove_prefix(one.size());
+            Slot& to = characters->As<Slot>()[at];
+            if (one.size() == 1 && static_cast<unsigned char>(one[0]) < 0x80)
+                machine.GiveCharacter(to, one[0]);
+            else
+                machine.Give(to, one);
+        }
+    } catch (...) {
+        machine.Store().Release(characters);
+        throw;
+    }
+    a[0].A = characters;
+}
+
 int64_t CodeOf(StringView text) {
     return text.empty() ? -1 : FirstCharacter(text).CodePoint;
 }
@@ -177,13 +200,15 @@ const NativeFunction table[] = {
     {"Lowercase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 0)); }, true},
     {"Uppercase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 1)); }, true},
     {"Titlecase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 2)); }, true},
-    {"Split", "text S | delimiter S", "T",
+    {"Split", "text S | delimiter W", "T",
      [](Machine& m, Slot* a) {
-         const StringView delimiter = a[1].T ? View(a[1]) : StringView(" ");
-         a->A = m.NewTexts(Split(View(*a), delimiter));
+         if (View(a[1]).empty())
+             GiveCharacters(m, a);
+         else
+             a->A = m.NewTexts(Split(View(*a), View(a[1])));
      },
      true},
-    {"Join", "fields T | delimiter S", "S", GiveJoined, true},
+    {"Join", "fields T | delimiter W", "S", GiveJoined, true},
     {"NthField", "text S delimiter S index I", "S",
      [](Machine& m, Slot* a) { m.Give(*a, NthField(View(a[0]), View(a[1]), a[2].I)); }, true},
     {"CountFields", "text S delimiter S", "I",
