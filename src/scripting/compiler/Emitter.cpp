@@ -1,5 +1,7 @@
 #include "scripting/compiler/Emitter.h"
 
+#include <algorithm>
+
 namespace sorbel::script {
 
 Emitter::Emitter(Tree& tree, Names& names, Types& types, Checked& checked, Program& program)
@@ -151,6 +153,7 @@ void Emitter::EmitFunction(Function& function, uint32_t line, const std::functio
         mReferences.clear();
         mFree.clear();
         mTemps.clear();
+        mTaken.clear();
         mScopes.clear();
         mScopes.emplace_back();
         mOpen.clear();
@@ -251,19 +254,29 @@ void Emitter::JumpShort(Code code, uint32_t a, uint32_t b, Label& label) {
 
 // --- Registers ---
 
+namespace {
+
+// Objects of a block go at its end; a text that stays a little longer is noticed by nobody.
+bool GoesAtOnce(const Type& type) {
+    return type.IsReference() && !type.Is(Kind::String);
+}
+
+}  // namespace
+
 // A register that counts references serves one type only: whatever way control takes, what is in it is of
 // that type. Other registers share one list.
 Emitter::Register Emitter::NewRegister(const Type* type) {
     const bool reference = type->IsReference();
     std::vector<Register>& free = mFree[reference ? type : nullptr];
-    if (!free.empty()) {
-        const Register reg = free.back();
-        free.pop_back();
-        return reg;
+    if (free.empty()) {
+        if (mRegisters >= MostRegisters) Fail(Error::Backend, mLine);
+        if (reference) mReferences.emplace_back(mRegisters, type);
+        free.push_back(static_cast<Register>(mRegisters++));
     }
-    if (mRegisters >= MostRegisters) Fail(Error::Backend, mLine);
-    if (reference) mReferences.emplace_back(mRegisters, type);
-    return static_cast<Register>(mRegisters++);
+    const Register reg = free.back();
+    free.pop_back();
+    if (GoesAtOnce(*type)) mTaken.push_back(reg);
+    return reg;
 }
 
 void Emitter::FreeRegister(Register reg, const Type* type) {
@@ -303,14 +316,27 @@ void Emitter::DeclareVariable(Variable& variable) {
     mScopes.back().push_back(&variable);
 }
 
-// Objects of a block go at its end; a text that stays a little longer is noticed by nobody.
 void Emitter::CloseScope() {
-    for (const Variable* variable : mScopes.back()) {
-        const auto reg = static_cast<Register>(variable->Index);
-        if (variable->T->IsReference() && !variable->T->Is(Kind::String)) Put(Code::LoadNull, reg);
-        FreeRegister(reg, variable->T);
-    }
+    ReleaseScopes(mScopes.size(), mScopes.size() - 1);
+    for (const Variable* variable : mScopes.back())
+        FreeRegister(static_cast<Register>(variable->Index), variable->T);
     mScopes.pop_back();
+}
+
+// Lets go of what the variables hold of the scopes above `downTo`, the innermost first.
+void Emitter::ReleaseScopes(size_t from, size_t downTo) {
+    while (from > downTo)
+        for (const Variable* variable : mScopes[--from])
+            if (GoesAtOnce(*variable->T)) Put(Code::LoadNull, variable->Index);
+}
+
+// An exception left a block somewhere: whatever its registers held since the mark goes.
+void Emitter::ReleaseTaken(size_t mark) {
+    std::vector<Register> taken(mTaken.begin() + static_cast<ptrdiff_t>(mark), mTaken.end());
+    std::sort(taken.begin(), taken.end());
+    taken.erase(std::unique(taken.begin(), taken.end()), taken.end());
+    for (const Register reg : taken)
+        Put(Code::LoadNull, reg);
 }
 
 bool Emitter::IsDirect(const Variable& variable) const {

@@ -35,6 +35,7 @@ class Emitter {
         Label* Exit;
         Label* Continue;
         size_t Finallies;
+        size_t Scopes;       // that stay open when it is left
         NameId Counter = 0;  // of a For
     };
     /// A constant that is in a register throughout a loop. Nothing may be written there.
@@ -45,6 +46,7 @@ class Emitter {
     struct Finally {
         Label* Start;
         Register ReturnTo;
+        size_t Scopes;  // around its Try
     };
 
     // The program
@@ -78,6 +80,8 @@ class Emitter {
     void DeclareVariable(Variable& variable);
     void OpenScope() { mScopes.emplace_back(); }
     void CloseScope();
+    void ReleaseScopes(size_t from, size_t downTo);
+    void ReleaseTaken(size_t mark);
     [[nodiscard]] bool IsDirect(const Variable& variable) const;
     void Initialise(const Type* type, Register to);
     void MakeArray(const Type* type, Register to, const std::vector<Expr*>& bounds);
@@ -102,7 +106,7 @@ class Emitter {
     void EmitLoopBody(const Stmt& statement, BlockKind kind, Label& exit, Label& next);
     void EmitTry(const Stmt& statement);
     void EmitCatches(const Stmt& statement, Register caught, Label& exit);
-    void RunFinallies(size_t downTo);
+    void LeaveBlocks(size_t finallies, size_t scopes);
     void EmitLeave(const Stmt& statement);
     void EmitReturn(const Expr* value);
     void EmitReDim(const Stmt& statement);
@@ -152,6 +156,11 @@ class Emitter {
     void PrepareArgument(Argument& argument, bool byRef, bool copies);
     void PassNative(const std::vector<Expr*>& values);
     void TakeBack(const std::vector<Argument>& arguments, const MethodDecl& decl, size_t first);
+    [[nodiscard]] bool GivesBack(const std::vector<Argument>& arguments, const MethodDecl& decl, size_t first,
+                                 Register to) const;
+    Register ResultRegister(const std::vector<Argument>& arguments, const Method& method, size_t first,
+                            Register to);
+    void TakeResult(const Type* type, Register result, Register to);
     Register Window(size_t place);
     [[nodiscard]] bool IsSimple(const Expr& expr) const;
     [[nodiscard]] bool MayChange(const Expr& expr) const;
@@ -183,6 +192,7 @@ class Emitter {
         const Type* T;
     };
     std::vector<TempRegister> mTemps;
+    std::vector<Register> mTaken;  // registers for objects and their like, in the order of their use
     std::vector<std::vector<Variable*>> mScopes;
     std::vector<Open> mOpen;
     std::vector<Finally> mFinallies;

@@ -125,7 +125,29 @@ void Emitter::TakeBack(const std::vector<Argument>& arguments, const MethodDecl&
     }
 }
 
-void Emitter::EmitCall(const Expr& expr, Register to) {
+// Whether a variable that a method changes by reference lies where the result is wanted.
+bool Emitter::GivesBack(const std::vector<Argument>& arguments, const MethodDecl& decl, size_t first,
+                        Register to) const {
+    for (size_t at = first; at < arguments.size(); ++at) {
+        const Expr& place = *arguments[at].Value;
+        const bool variable = place.Kind == ExprKind::Variable && IsDirect(*place.Var);
+        if (decl.Params[at - first].ByRef && variable && place.Var->Index == to) return true;
+    }
+    return false;
+}
+
+// The result of a call counts more than what the method left in the same variable.
+Emitter::Register Emitter::ResultRegister(const std::vector<Argument>& arguments, const Method& method,
+                                          size_t first, Register to) {
+    const bool shared = !method.Result->Is(Kind::Void) && GivesBack(arguments, *method.Decl, first, to);
+    return shared ? Temp(method.Result) : to;
+}
+
+void Emitter::TakeResult(const Type* type, Register result, Register to) {
+    if (result != to) Put(type->IsReference() ? Code::Take : Code::Move, to, result);
+}
+
+void Emitter::EmitCall(const Expr& expr, Register target) {
     const Method& method = *expr.Target;
     std::vector<Argument> arguments;
     const size_t first = expr.Left ? 1 : 0;
@@ -137,6 +159,7 @@ void Emitter::EmitCall(const Expr& expr, Register to) {
     mLine = expr.Line;
     PassArguments(arguments, *method.Decl, first, check);
     mLine = expr.Line;
+    const Register to = ResultRegister(arguments, method, first, target);
     if (method.Owner && method.Owner->Is(Kind::Interface)) {
         (void)Window(0);
         Put(Code::CallInterface, to, static_cast<uint32_t>(method.Selector));
@@ -146,6 +169,7 @@ void Emitter::EmitCall(const Expr& expr, Register to) {
         PutWide(Code::Call, to, method.Function);
     }
     TakeBack(arguments, *method.Decl, first);
+    TakeResult(method.Result, to, target);
 }
 
 // A delegate's arguments leave the first place free for the object that the method may belong to.
@@ -165,8 +189,10 @@ void Emitter::EmitDelegateCall(const Expr& expr, Register to) {
     }
     PassArguments(arguments, *expr.Target->Decl, 1, changes);
     mLine = expr.Line;
-    Put(Code::CallDelegate, to, delegate);
+    const Register result = ResultRegister(arguments, *expr.Target, 1, to);
+    Put(Code::CallDelegate, result, delegate);
     TakeBack(arguments, *expr.Target->Decl, 1);
+    TakeResult(expr.Target->Result, result, to);
 }
 
 // Without anyone who answers, the event's result is empty.

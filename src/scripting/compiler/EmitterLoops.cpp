@@ -209,9 +209,15 @@ void Emitter::EmitForEach(const Stmt& statement) {
 
 // --- Try ---
 
-void Emitter::RunFinallies(size_t downTo) {
-    for (size_t at = mFinallies.size(); at-- > downTo;)
+// A way out that does not pass the ends of blocks: what lies in them goes, and what they do finally is done.
+void Emitter::LeaveBlocks(size_t finallies, size_t scopes) {
+    size_t open = mScopes.size();
+    for (size_t at = mFinallies.size(); at-- > finallies;) {
+        ReleaseScopes(open, mFinallies[at].Scopes);
+        open = std::min(open, mFinallies[at].Scopes);
         JumpWide(Code::GoSub, mFinallies[at].ReturnTo, *mFinallies[at].Start);
+    }
+    ReleaseScopes(open, scopes);
 }
 
 // The finally block is code of its own that every way out calls, so it stands in the program once.
@@ -223,12 +229,13 @@ void Emitter::EmitTry(const Stmt& statement) {
     const Register caught = Temp(root);
     Label finallyStart, after, exit;
     const Register returnTo = statement.HasElse ? Temp(mInteger) : Register{0};
-    if (statement.HasElse) mFinallies.push_back({&finallyStart, returnTo});
+    if (statement.HasElse) mFinallies.push_back({&finallyStart, returnTo, mScopes.size()});
     const auto leave = [&] {
         if (statement.HasElse) JumpWide(Code::GoSub, returnTo, finallyStart);
         JumpTo(after);
     };
-    mOpen.push_back({BlockKind::Try, &exit, nullptr, mFinallies.size()});
+    mOpen.push_back({BlockKind::Try, &exit, nullptr, mFinallies.size(), mScopes.size()});
+    const size_t taken = mTaken.size();
     const uint32_t start = place();
     EmitBlock(statement.Body);
     const uint32_t end = place();
@@ -236,6 +243,7 @@ void Emitter::EmitTry(const Stmt& statement) {
     if (!statement.Branches.empty()) {
         mFunction->Handlers.push_back({start, end, place()});
         Put(Code::GetCaught, caught);
+        ReleaseTaken(taken);
         EmitCatches(statement, caught, exit);
     }
     mOpen.pop_back();
@@ -247,6 +255,7 @@ void Emitter::EmitTry(const Stmt& statement) {
         if (catchEnd > end) mFunction->Handlers.push_back({end, catchEnd, place()});
         mFinallies.pop_back();
         Put(Code::GetCaught, caught);
+        ReleaseTaken(taken);
         JumpWide(Code::GoSub, returnTo, finallyStart);
         Put(Code::Raise, caught);
         Place(finallyStart);

@@ -57,7 +57,7 @@ void Emitter::EmitStatement(const Stmt& statement) {
             return EmitLeave(statement);
         case StmtKind::Goto: {
             NamedLabel& label = mLabels[statement.Name];
-            RunFinallies(label.Finallies);
+            LeaveBlocks(label.Finallies, mScopes.size());
             return JumpTo(label.Target);
         }
         case StmtKind::Label:
@@ -174,7 +174,7 @@ void Emitter::EmitSelect(const Stmt& statement) {
     DeclareVariable(*statement.Hidden);
     Into(*statement.A, static_cast<Register>(statement.Hidden->Index));
     Label after;
-    mOpen.push_back({BlockKind::Select, &after, nullptr, mFinallies.size()});
+    mOpen.push_back({BlockKind::Select, &after, nullptr, mFinallies.size(), mScopes.size()});
     for (const Branch& branch : statement.Branches) {
         Label found, next;
         mLine = branch.Line;
@@ -193,7 +193,7 @@ void Emitter::EmitSelect(const Stmt& statement) {
 }
 
 void Emitter::EmitLoopBody(const Stmt& statement, BlockKind kind, Label& exit, Label& next) {
-    mOpen.push_back({kind, &exit, &next, mFinallies.size(), statement.Name});
+    mOpen.push_back({kind, &exit, &next, mFinallies.size(), mScopes.size(), statement.Name});
     EmitBlock(statement.Body);
     mOpen.pop_back();
     Place(next);
@@ -235,14 +235,14 @@ void Emitter::EmitLeave(const Stmt& statement) {
                          (open.Kind != BlockKind::Try && (exits || open.Kind != BlockKind::Select));
         if (!any && open.Kind != statement.Target) continue;
         if (statement.HasName && open.Counter != statement.Name) continue;
-        RunFinallies(open.Finallies);
+        LeaveBlocks(open.Finallies, open.Scopes);
         return JumpTo(exits ? *open.Exit : *open.Continue);
     }
 }
 
 void Emitter::EmitReturn(const Expr* value) {
     if (!value) {
-        RunFinallies(0);
+        LeaveBlocks(0, mScopes.size());
         return EmitDefaultReturn(mMethod ? mMethod->Result : mTypes.Of(Kind::Void));
     }
     if (!value->T->IsReference() && mFinallies.empty()) {
@@ -263,7 +263,7 @@ void Emitter::EmitReturn(const Expr* value) {
     // others.
     const Register reg = mFinallies.empty() ? Temp(value->T) : NewRegister(value->T);
     Into(*value, reg);
-    RunFinallies(0);
+    LeaveBlocks(0, mScopes.size());
     Put(value->T->IsReference() ? Code::ReturnTake : Code::ReturnValue, reg);
 }
 

@@ -170,11 +170,18 @@ Object* Machine::MakeException(const Failure& failure) {
     return exception;
 }
 
-// Runs when the last reference to an object has gone. An exception that leaves a destructor ends it alone:
-// whoever let the object go did nothing wrong.
+// Runs when the last reference to an object has gone: the destructor of its class, then that of the
+// superclass.
 void Machine::Destroy(Object& object) {
-    const Function& function = mProgram.Functions[static_cast<size_t>(object.Class->Destructor)];
     if (mRuns > MostRuns) return;
+    for (const ClassInfo* cls = object.Class; cls && cls->Destructor >= 0; cls = cls->Base) {
+        const bool inherited = cls->Base && cls->Base->Destructor == cls->Destructor;
+        if (!inherited) Destroy(object, mProgram.Functions[static_cast<size_t>(cls->Destructor)]);
+    }
+}
+
+// An exception that leaves a destructor ends it alone: whoever let the object go did nothing wrong.
+void Machine::Destroy(Object& object, const Function& function) {
     Slot* base = FreeStack();
     ++object.References;
     base->O = &object;

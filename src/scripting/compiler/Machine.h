@@ -81,6 +81,7 @@ class Machine final : public Memory::Destroyer {
     [[noreturn]] void RaiseObject(Object* exception);
     bool Unwind(Object* exception, const Frame* below);
     Object* MakeException(const Failure& failure);
+    void Destroy(Object& object, const Function& destructor);
     [[nodiscard]] int64_t CurrentLine() const;
     [[nodiscard]] Slot* FreeStack() const;
     void EndAll();
