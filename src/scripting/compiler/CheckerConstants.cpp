@@ -102,12 +102,12 @@ bool Checker::FoldIntegers(Expr& expr, int64_t a, int64_t b) const {
             expr.Value = static_cast<int64_t>(x ^ y);
             break;
         case Op::IntegerDivide:
-            if (b == 0 || b == -1) return false;
-            expr.Value = a / b;
+            if (b == 0) return false;
+            expr.Value = b == -1 ? static_cast<int64_t>(0 - x) : a / b;
             break;
         case Op::Modulo:
-            if (b == 0 || b == -1) return false;
-            expr.Value = a % b;
+            if (b == 0) return false;
+            expr.Value = b == -1 ? 0 : a % b;
             break;
         default:
             return false;

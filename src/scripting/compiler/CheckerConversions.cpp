@@ -26,9 +26,22 @@ int Checker::TypeCost(const Type* from, const Type* to) const {
     return UserConversion(from, to) ? 5 : -1;
 }
 
+namespace {
+
+// A number that stands in the script and is beyond every integer, or beyond all but the largest.
+bool IsOutOfRange(const Expr& expr, const Type& to) {
+    if (expr.Kind != ExprKind::Literal || !to.IsInteger()) return false;
+    if (const double* real = std::get_if<double>(&expr.Value))
+        return *real < -0x1p63 || *real >= (to.Is(Kind::UInt64) ? 0x1p64 : 0x1p63);
+    return expr.T->Is(Kind::UInt64) && !to.Is(Kind::UInt64) && std::get<int64_t>(expr.Value) < 0;
+}
+
+}  // namespace
+
 int Checker::Cost(const Expr& from, const Type* to) const {
     if (from.Kind == ExprKind::AddressOf && !from.T) return to->Is(Kind::Delegate) ? 0 : -1;
     if (!from.T) return 0;
+    if (IsOutOfRange(from, *to)) return -1;
     return TypeCost(from.T, to);
 }
 
@@ -70,6 +83,7 @@ bool Checker::Castable(const Type* from, const Type* to) const {
 bool Checker::Convert(Expr*& expr, const Type* to) {
     if (expr->Kind == ExprKind::AddressOf && !expr->T) CheckValue(expr, to);
     if (expr->T == to) return true;
+    if (IsOutOfRange(*expr, *to)) return false;
     if (TypeCost(expr->T, to) < 0) {
         const bool converts =
             expr->T->Is(Kind::Class) && FindMember(expr->T, mNames.Intern("Operator_Convert"));

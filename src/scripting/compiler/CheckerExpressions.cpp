@@ -31,7 +31,9 @@ void Checker::CheckExpr(Expr*& expr, const Type* expected) {
         case ExprKind::Literal: {
             static constexpr Kind kinds[] = {Kind::Void, Kind::Boolean, Kind::Int64, Kind::Double,
                                              Kind::String};
-            expr->T = mTypes.Of(expr->Name == 1 ? Kind::Color : kinds[expr->Value.index()]);
+            expr->T = mTypes.Of(expr->Written == LiteralForm::Color      ? Kind::Color
+                                : expr->Written == LiteralForm::Unsigned ? Kind::UInt64
+                                                                         : kinds[expr->Value.index()]);
             return;
         }
         case ExprKind::Nil:

@@ -23,6 +23,8 @@ Kind LetterKind(char letter) {
     switch (letter) {
         case 'I':
             return Kind::Int64;
+        case 'U':
+            return Kind::UInt64;
         case 'D':
             return Kind::Double;
         case 'B':
@@ -79,7 +81,7 @@ int Checker::LetterCost(char letter, const Expr& argument, const Type* array) co
         case 'T':
             return type->Is(Kind::Array) && type->Rank == 1 && type->Element->Is(Kind::String) ? 0 : -1;
         default:
-            return TypeCost(type, mTypes.Of(LetterKind(letter)));
+            return Cost(argument, mTypes.Of(LetterKind(letter)));
     }
 }
 

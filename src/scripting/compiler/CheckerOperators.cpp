@@ -30,6 +30,11 @@ void Checker::CheckUnary(Expr*& expr) {
         expr->T = type;
     } else {
         if (!type->IsNumber()) FailOperator(*expr);
+        // The lowest Integer is written as a number that is none by itself.
+        const bool large = type->Is(Kind::UInt64) && expr->Left->Kind == ExprKind::Literal;
+        if (large && std::get<int64_t>(expr->Left->Value) < 0 &&
+            std::get<int64_t>(expr->Left->Value) != INT64_MIN)
+            Fail(Error::TypeMismatch, expr->Line);
         expr->T = type->IsReal() ? type : mInteger;
     }
     Fold(*expr);

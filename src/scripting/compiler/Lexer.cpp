@@ -158,6 +158,11 @@ class Lexer {
                 Add(Tok::Integer, start).Integer = value;
                 return;
             }
+            uint64_t large = 0;
+            if (std::from_chars(first, last, large).ec == std::errc()) {
+                Add(Tok::Unsigned, start).Integer = static_cast<int64_t>(large);
+                return;
+            }
         }
         double value = 0;
         std::from_chars(first, last, value);

@@ -122,6 +122,7 @@ void GiveInteger(Machine& machine, Slot* a) {
 
 const NativeFunction table[] = {
     {"Str", "number I", "S", GiveInteger, false},
+    {"Str", "number U", "S", [](Machine& m, Slot* a) { m.Give(*a, std::to_string(a->U)); }, false},
     {"Str", "number D", "S", [](Machine& m, Slot* a) { m.Give(*a, TextOf(a->D)); }, false},
     {"Str", "truth B", "S", [](Machine& m, Slot* a) { m.Give(*a, a->I ? "True" : "False"); }, false},
     {"Str", "text S", "S", [](Machine&, Slot* a) { Memory::Retain(a->H); }, false},

@@ -33,6 +33,7 @@ const NativeFunction table[] = {
          if (a->I < 0) a->U = 0 - a->U;
      },
      false},
+    {"Abs", "number U", "U", [](Machine&, Slot*) {}, false},
     {"Abs", "number D", "D", Apply<std::fabs>, false},
     {"Sqrt", "number D", "D", Apply<std::sqrt>, false},
     {"Sin", "angle D", "D", Apply<std::sin>, false},
@@ -52,8 +53,10 @@ const NativeFunction table[] = {
     {"Sign", "number D", "I", [](Machine&, Slot* a) { a->I = (a->D > 0) - (a->D < 0); }, false},
     {"Sgn", "number D", "I", [](Machine&, Slot* a) { a->I = (a->D > 0) - (a->D < 0); }, false},
     {"Min", "a I b I", "I", [](Machine&, Slot* a) { a->I = std::min(a[0].I, a[1].I); }, false},
+    {"Min", "a U b U", "U", [](Machine&, Slot* a) { a->U = std::min(a[0].U, a[1].U); }, false},
     {"Min", "a D b D", "D", [](Machine&, Slot* a) { a->D = std::fmin(a[0].D, a[1].D); }, false},
     {"Max", "a I b I", "I", [](Machine&, Slot* a) { a->I = std::max(a[0].I, a[1].I); }, false},
+    {"Max", "a U b U", "U", [](Machine&, Slot* a) { a->U = std::max(a[0].U, a[1].U); }, false},
     {"Max", "a D b D", "D", [](Machine&, Slot* a) { a->D = std::fmax(a[0].D, a[1].D); }, false},
     {"Rnd", "", "D", [](Machine& m, Slot* a) { a->D = static_cast<double>(m.Random() >> 11) * 0x1p-53; },
      false},

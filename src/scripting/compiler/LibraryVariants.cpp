@@ -1,3 +1,4 @@
+#include <charconv>
 #include <cmath>
 
 #include "scripting/compiler/Library.h"
@@ -175,6 +176,16 @@ int64_t Narrow(int64_t value, Kind kind) {
     }
 }
 
+// The digits of a text that is too large for an Integer.
+uint64_t UnsignedNumberOf(StringView text) {
+    const size_t first = text.find_first_not_of('+');
+    if (first == StringView::npos) return 0;
+    uint64_t value = 0;
+    const char* last = text.data() + text.size();
+    const auto result = std::from_chars(text.data() + first, last, value);
+    return result.ec == std::errc::result_out_of_range ? UINT64_MAX : value;
+}
+
 Slot UnboxNumber(const Box& box, const Type& to) {
     Slot value;
     const Type& from = *box.T;
@@ -196,11 +207,12 @@ Slot UnboxNumber(const Box& box, const Type& to) {
     if (from.Is(Kind::String)) {
         const String text = Fold(Trim(ViewOf(box.Value.T)));
         value.I = to.Is(Kind::Boolean) ? text == "true" : WholeNumberOf(text);
+        if (to.Is(Kind::UInt64) && value.I == INT64_MAX) value.U = UnsignedNumberOf(text);
     } else if (from.IsReal()) {
-        value.I = std::isnan(real)  ? 0
-                  : real >= 9.2e18  ? INT64_MAX
-                  : real <= -9.2e18 ? INT64_MIN
-                                    : static_cast<int64_t>(real);
+        if (to.Is(Kind::UInt64))
+            value.U = UnsignedOf(real);
+        else
+            value.I = WholeOf(real);
     } else {
         value.I = box.Value.I;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <utility>
@@ -141,6 +142,20 @@ inline void Machine::Enter(const Function& function, Slot* base, uint16_t result
 inline void Machine::ReleaseFrame(const Frame& frame) {
     for (const uint16_t reg : frame.F->References)
         mMemory.Release(std::exchange(frame.Base[reg].H, nullptr));
+}
+
+/// A real number as a whole one: without what stands behind the point, and within the range.
+[[nodiscard]] inline int64_t WholeOf(double value) {
+    if (std::isnan(value)) return 0;
+    if (value >= 9223372036854775808.0) return INT64_MAX;
+    if (value < -9223372036854775808.0) return INT64_MIN;
+    return static_cast<int64_t>(value);
+}
+[[nodiscard]] inline uint64_t UnsignedOf(double value) {
+    if (value >= 18446744073709551616.0) return UINT64_MAX;
+    if (value < 0 && value >= -9223372036854775808.0)
+        return static_cast<uint64_t>(static_cast<int64_t>(value));
+    return value >= 0 ? static_cast<uint64_t>(value) : 0;
 }
 
 /// The value of a Variant as one of `type`; counts a reference for the receiver.

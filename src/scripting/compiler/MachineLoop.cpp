@@ -15,20 +15,6 @@ int64_t Wrap(uint64_t value) {
     return static_cast<int64_t>(value);
 }
 
-int64_t WholeOf(double value) {
-    if (std::isnan(value)) return 0;
-    if (value >= 9223372036854775808.0) return INT64_MAX;
-    if (value < -9223372036854775808.0) return INT64_MIN;
-    return static_cast<int64_t>(value);
-}
-
-uint64_t UnsignedOf(double value) {
-    if (value >= 18446744073709551616.0) return UINT64_MAX;
-    if (value < 0 && value >= -9223372036854775808.0)
-        return static_cast<uint64_t>(static_cast<int64_t>(value));
-    return value >= 0 ? static_cast<uint64_t>(value) : 0;
-}
-
 [[noreturn]] void FailDivision() {
     throw Failure{"DivisionByZeroException", "A whole number cannot be divided by zero."};
 }

@@ -179,6 +179,11 @@ Expr* Parser::ReadPrimary() {
     switch (token.Kind) {
         case Tok::Integer:
             return literal(token.Integer);
+        case Tok::Unsigned: {
+            Expr* expr = literal(token.Integer);
+            expr->Written = LiteralForm::Unsigned;
+            return expr;
+        }
         case Tok::Real:
             return literal(token.Real);
         case Tok::Text:
@@ -203,7 +208,7 @@ Expr* Parser::ReadPrimary() {
             return ReadRaiseEvent();
         case Tok::Color: {
             Expr* expr = literal(token.Integer);
-            expr->Name = 1;  // tells a colour from a number
+            expr->Written = LiteralForm::Color;
             return expr;
         }
         case Tok::KMe: {

@@ -58,8 +58,8 @@ struct Property {
 class Machine;
 union Slot;
 
-/// A function of the library. `Parameters` are names with letters behind them: I Integer, D Double, B
-/// Boolean, S String, W String that is a blank if it is missing, C Color, V Variant, A any array, E an
+/// A function of the library. `Parameters` are names with letters behind them: I Integer, U UInt64, D Double,
+/// B Boolean, S String, W String that is a blank if it is missing, C Color, V Variant, A any array, E an
 /// element of that array, T an array of strings, F a delegate. Those behind `|` may be missing. `Result` is
 /// one such letter, or nothing.
 struct NativeFunction {

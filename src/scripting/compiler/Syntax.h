@@ -86,6 +86,9 @@ enum class ExprKind : uint8_t {
     ReferTo,  // a value that several places of the tree share, worked out once
 };
 
+/// What a literal is whose value alone does not tell.
+enum class LiteralForm : uint8_t { Plain, Color, Unsigned };
+
 struct Expr {
     ExprKind Kind = ExprKind::Literal;
     Op Operator = Op::None;
@@ -93,6 +96,7 @@ struct Expr {
     bool Parenthesised = false;
     bool HasList = false;     // a call or a New with parentheses
     bool DirectCall = false;  // not virtual: through Super, or a constructor
+    LiteralForm Written = LiteralForm::Plain;
     uint16_t Depth = 1;
     uint32_t Line = 0;
     NameId Name = 0;

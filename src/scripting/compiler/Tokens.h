@@ -29,6 +29,7 @@ enum class Tok : uint8_t {
     Bad,  // what cannot be read; its number waits until the parser arrives there
     Identifier,
     Integer,
+    Unsigned,  // too large for an Integer, with the bits of a UInt64
     Real,
     Text,
     Color,
