@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unordered_set>
+
 #include "scripting/compiler/ScriptHost.h"
 #include "scripting/compiler/Symbols.h"
 
@@ -56,6 +58,7 @@ class Checker {
     void CheckParameters(const Method& method);
     void AddOverload(Method& method, Type* owner);
     [[nodiscard]] bool SameParameters(const Method& a, const Method& b) const;
+    [[nodiscard]] static size_t SignatureOf(const Method& method);
     Symbol* Declare(Members& members, NameId name, Symbol::What what, uint32_t line);
     void CheckTopNames();
 
@@ -63,13 +66,17 @@ class Checker {
     void Arrange(Type& type);
     void CheckStructure(const Type& type, const Type& outer, uint32_t line);
     void ArrangeVirtual(Type& type);
+    bool ReplaceVirtual(Method*& slot, Method& method) const;
     void CheckInterfaces(Type& type);
-    void CheckInterface(Type& type, Type& part);
+    void CheckInterface(Type& type, Type& part, std::unordered_set<const Type*>& checked);
+    [[nodiscard]] const std::vector<Method*>& Explicit(const Type& type, NameId name);
     [[nodiscard]] Method* FindImplementation(const Type& type, const Method& wanted);
     void CheckExplicit(Type& type);
 
     // Names
     [[nodiscard]] Symbol* FindName(NameId name);
+    [[nodiscard]] Symbol* FindGlobal(NameId name) const;
+    void Show(Symbol& symbol, Type* owner, Visibility visible);
     [[nodiscard]] Symbol* FindMember(const Type* type, NameId name) const;
     [[nodiscard]] Symbol* FindImported(const Type* around, NameId name) const;
     [[nodiscard]] const Type* FindType(const TypeName& named, Error missing = Error::NoSuchType);
@@ -87,6 +94,7 @@ class Checker {
     [[nodiscard]] Import FindImport(const TypeName& named);
     void CheckImport(const Import& import, uint32_t line) const;
     void CollectImports();
+    void AddImport(const Type* around, const TypeName& named);
     void CheckImports();
     void CheckUsing(const Stmt& statement);
     [[nodiscard]] const String& Spell(NameId name) const { return mNames.Spelling(name); }
@@ -213,15 +221,22 @@ class Checker {
     Scope mHost;
     Scope mTopVariables;
     std::unordered_map<const Type*, std::vector<Import>> mImports;  // by the module or class with the Using
+    std::unordered_map<const Type*, std::unordered_map<const Type*, std::vector<size_t>>>
+        mImportsOf;  // by module
     Type* mTop = nullptr;
     std::vector<Type*> mDeclared;
+    std::unordered_set<const Type*> mAggregated;                      // interfaces that others aggregate
+    std::unordered_map<const Type*, std::vector<Method*>> mBodiesOf;  // a class's, accessors too
+    std::unordered_map<const Type*, std::unordered_map<NameId, std::vector<Method*>>> mExplicit;
+    std::unordered_map<NameId, std::vector<Symbol*>> mGlobals, mPublics;  // of modules
+    std::unordered_multimap<size_t, const Method*> mSignatures;           // by SignatureOf
     std::vector<Method*> mToCheck;
     Expr* mAssigned = nullptr;      // the right side, until a setter or an Assigns parameter takes it
     Expr* mAssignTarget = nullptr;  // what such a thing must be called by
     bool mAssignCall = false;       // and whether with arguments
     int mSelectors = 0;
     std::unordered_map<const Type*, const Type*> mComparisons;  // delegates that sort arrays
-    NameId mConstructor, mDestructor, mValue, mArrayName, mInvokeName;
+    NameId mConstructor, mDestructor, mConvert, mValue, mArrayName, mInvokeName;
     const Type *mInteger, *mDouble, *mBoolean, *mString, *mVariant, *mVoid, *mNil, *mPtr;
 };
 

@@ -52,57 +52,84 @@ void Checker::ArrangeVirtual(Type& type) {
             continue;
         if (symbol->Var->T != inherited->Var->T) Fail(Error::ShadowedProperty, symbol->Var->Line);
     }
-    const auto place = [&](Method* method) {
+    const std::vector<Method*>& bodies = mBodiesOf[&type];
+    // Few methods are looked for one by one; many would take too long.
+    constexpr size_t few = 16;
+    std::unordered_map<size_t, std::vector<size_t>> slots;
+    if (bodies.size() > few)
+        for (size_t slot = 0; slot < type.Virtual.size(); ++slot)
+            slots[SignatureOf(*type.Virtual[slot])].push_back(slot);
+    for (Method* method : bodies) {
         if (method->Decl->Shared || method->Decl->Name == mConstructor || method->Decl->Name == mDestructor)
-            return;
-        for (Method*& slot : type.Virtual) {
-            if (slot->Decl->Name != method->Decl->Name || slot->IsAccessor != method->IsAccessor ||
-                slot->Decl->IsFunction != method->Decl->IsFunction || !SameParameters(*slot, *method) ||
-                slot->Decl->Visible == Visibility::Private) {
-                if (slot->Decl->Name == method->Decl->Name && !slot->IsAccessor && !method->IsAccessor &&
-                    SameParameters(*slot, *method) && slot->Decl->Visible != Visibility::Private)
-                    Fail(Error::OverrideReturnType, method->Decl->Line);
-                continue;
-            }
-            if (slot->Result != method->Result) Fail(Error::OverrideReturnType, method->Decl->Line);
-            method->Slot = slot->Slot;
-            slot = method;
-            return;
+            continue;
+        bool replaces = false;
+        if (bodies.size() > few) {
+            std::vector<size_t>& same = slots[SignatureOf(*method)];
+            for (const size_t slot : same)
+                if (!replaces) replaces = ReplaceVirtual(type.Virtual[slot], *method);
+            if (!replaces) same.push_back(type.Virtual.size());
+        } else {
+            for (Method*& slot : type.Virtual)
+                if (!replaces) replaces = ReplaceVirtual(slot, *method);
         }
+        if (replaces) continue;
         method->Slot = static_cast<int>(type.Virtual.size());
         type.Virtual.push_back(method);
-    };
-    for (Method* method : mOut.Bodies)
-        if (method->Owner == &type) place(method);
+    }
+}
+
+// Gives a method the place of another if it is the same one of an heir.
+bool Checker::ReplaceVirtual(Method*& slot, Method& method) const {
+    if (slot->Decl->Name != method.Decl->Name || slot->Decl->Visible == Visibility::Private) return false;
+    if (!SameParameters(*slot, method)) return false;
+    const bool same =
+        slot->IsAccessor == method.IsAccessor && slot->Decl->IsFunction == method.Decl->IsFunction;
+    if (!same && (slot->IsAccessor || method.IsAccessor)) return false;
+    if (!same || slot->Result != method.Result) Fail(Error::OverrideReturnType, method.Decl->Line);
+    method.Slot = slot->Slot;
+    slot = &method;
+    return true;
 }
 
 Method* Checker::FindImplementation(const Type& type, const Method& wanted) {
     Method* found = nullptr;
     for (const Type* cls = &type; cls; cls = cls->Base) {
-        for (Method* method : cls->Methods) {
+        for (Method* method : Explicit(*cls, wanted.Decl->Name)) {
             const TypeName& explicitly = method->Decl->Implements;
-            if (!explicitly.Given() || explicitly.Path.back() != wanted.Decl->Name) continue;
             if (explicitly.Path[explicitly.Path.size() - 2] != wanted.Owner->Decl->Name) continue;
             if (!SameParameters(*method, wanted)) continue;
             if (found) Fail(Error::AmbiguousInterfaceMethod, method->Decl->Line);
             found = method;
         }
-        for (Method* method : cls->Methods)
-            if (!found && !method->Decl->Implements.Given() && !method->Decl->Shared &&
-                method->Decl->Name == wanted.Decl->Name && SameParameters(*method, wanted))
-                return method;
         if (found) return found;
+        const auto own = cls->Own.find(wanted.Decl->Name);
+        if (own == cls->Own.end() || own->second->Is != Symbol::What::Methods) continue;
+        for (Method* method : own->second->Overloads)
+            if (!method->Decl->Implements.Given() && !method->Decl->Shared && SameParameters(*method, wanted))
+                return method;
     }
     return nullptr;
 }
 
-void Checker::CheckInterfaces(Type& type) {
-    CheckExplicit(type);
-    for (Type* part : type.Interfaces)
-        CheckInterface(type, *part);
+// The methods of a class that name an interface's method of this name.
+const std::vector<Method*>& Checker::Explicit(const Type& type, NameId name) {
+    const auto [known, added] = mExplicit.try_emplace(&type);
+    if (added)
+        for (Method* method : type.Methods)
+            if (const TypeName& named = method->Decl->Implements; named.Path.size() > 1)
+                known->second[named.Path.back()].push_back(method);
+    return known->second[name];
 }
 
-void Checker::CheckInterface(Type& type, Type& part) {
+void Checker::CheckInterfaces(Type& type) {
+    CheckExplicit(type);
+    std::unordered_set<const Type*> checked;
+    for (Type* part : type.Interfaces)
+        CheckInterface(type, *part, checked);
+}
+
+void Checker::CheckInterface(Type& type, Type& part, std::unordered_set<const Type*>& checked) {
+    if (!checked.insert(&part).second) return;
     for (const Method* wanted : part.Methods) {
         const Method* found = FindImplementation(type, *wanted);
         if (!found) Fail(Error::InterfaceIncomplete, type.Decl->Line);
@@ -110,7 +137,7 @@ void Checker::CheckInterface(Type& type, Type& part) {
         mOut.Implementations.push_back({&type, wanted, found});
     }
     for (Type* inner : part.Interfaces)
-        CheckInterface(type, *inner);
+        CheckInterface(type, *inner, checked);
 }
 
 // A method that names the interface's method that it stands for.
@@ -123,14 +150,13 @@ void Checker::CheckExplicit(Type& type) {
         const NameId wanted = named.Path.back();
         named.Path.pop_back();
         const Type* part = FindType(named);
-        bool claims = false;
-        for (const Type* own : type.Interfaces)
-            claims |= own->ComesFrom(part);
-        if (!part->Is(Kind::Interface) || !claims) Fail(Error::InterfaceNotClaimed, named.Line);
+        if (!std::binary_search(type.Reached.begin(), type.Reached.end(), part, std::less<>()))
+            Fail(Error::InterfaceNotClaimed, named.Line);
+        const auto own = part->Own.find(wanted);
         const bool declared =
-            std::any_of(part->Methods.begin(), part->Methods.end(), [&](const Method* other) {
-                return other->Decl->Name == wanted && SameParameters(*other, *method);
-            });
+            own != part->Own.end() && own->second->Is == Symbol::What::Methods &&
+            std::any_of(own->second->Overloads.begin(), own->second->Overloads.end(),
+                        [&](const Method* other) { return SameParameters(*other, *method); });
         if (!declared) Fail(Error::InterfaceLacksMethod, named.Line);
     }
 }

@@ -48,10 +48,9 @@ int Checker::Cost(const Expr& from, const Type* to) const {
 // Operator_Convert: a function of the class that gives the type, or a Sub of the class that takes it.
 Method* Checker::UserConversion(const Type* from, const Type* to) const {
     if (to->Is(Kind::Interface)) return nullptr;  // what is no such object cannot become one
-    const NameId name = mNames.Intern("Operator_Convert");
     const auto look = [&](const Type* cls, auto fits) -> Method* {
         if (!cls->Is(Kind::Class)) return nullptr;
-        const Symbol* symbol = FindMember(cls, name);
+        const Symbol* symbol = FindMember(cls, mConvert);
         if (!symbol || symbol->Is != Symbol::What::Methods) return nullptr;
         for (Method* method : symbol->Overloads)
             if (fits(*method)) return method;
@@ -85,8 +84,7 @@ bool Checker::Convert(Expr*& expr, const Type* to) {
     if (expr->T == to) return true;
     if (IsOutOfRange(*expr, *to)) return false;
     if (TypeCost(expr->T, to) < 0) {
-        const bool converts =
-            expr->T->Is(Kind::Class) && FindMember(expr->T, mNames.Intern("Operator_Convert"));
+        const bool converts = expr->T->Is(Kind::Class) && FindMember(expr->T, mConvert);
         if (converts && to->Is(Kind::Interface)) Fail(Error::ConvertToInterface, expr->Line);
         if (expr->T == mPtr && to->Is(Kind::Delegate)) Fail(Error::DelegateFromPtr, expr->Line);
         if (to == mPtr && expr->T->Is(Kind::Delegate)) Fail(Error::PtrFromDelegate, expr->Line);

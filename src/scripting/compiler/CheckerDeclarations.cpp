@@ -6,6 +6,7 @@ Checker::Checker(Tree& tree, Names& names, Types& types, const ScriptHost* host,
     : mTree(tree), mNames(names), mTypes(types), mOut(out) {
     mConstructor = names.Intern("Constructor");
     mDestructor = names.Intern("Destructor");
+    mConvert = names.Intern("Operator_Convert");
     mValue = names.Intern("value");
     mArrayName = names.Intern("Array");
     mInvokeName = names.Intern("Invoke");
@@ -29,6 +30,8 @@ void Checker::Check() {
     CollectImports();
     for (Type* type : mDeclared)
         ResolveHeritage(*type);
+    for (Type* type : mDeclared)
+        type->ReachInterfaces();
     DeclareMembers(mTree.Top, mTop);
     for (Type* type : mDeclared)
         Arrange(*type);
@@ -155,8 +158,7 @@ void Checker::DeclareTypes(TypeDecl& owner, Type* around) {
         type->Visible = decl->Visible;
         Symbol* symbol = Declare(around->Own, decl->Name, Symbol::What::Type, decl->Line);
         symbol->T = type;
-        symbol->Owner = around;
-        symbol->Visible = decl->Visible;
+        Show(*symbol, around, decl->Visible);
         mDeclared.push_back(type);
         DeclareTypes(*decl, type);
     }
@@ -169,8 +171,11 @@ void Checker::ResolveHeritage(Type& type) {
     for (const TypeName& named : decl.Interfaces) {
         const Type* part = FindType(named);
         if (!part->Is(Kind::Interface)) Fail(Error::NotAnInterface, named.Line);
-        if (part == &type || part->ComesFrom(&type)) Fail(Error::CyclicInterface, named.Line);
+        // Only what is aggregated already can be part of a circle.
+        if (part == &type || (mAggregated.contains(&type) && part->Aggregates(&type)))
+            Fail(Error::CyclicInterface, named.Line);
         type.Interfaces.push_back(const_cast<Type*>(part));
+        if (type.Is(Kind::Interface)) mAggregated.insert(part);
     }
     if (!type.Is(Kind::Enum)) return;
     type.Element = mInteger;
@@ -219,8 +224,7 @@ void Checker::DeclareConstant(ConstDecl& decl, Type* owner) {
     constant.Owner = owner;
     decl.Const = &constant;
     symbol->Const = &constant;
-    symbol->Owner = owner;
-    symbol->Visible = decl.Visible;
+    Show(*symbol, owner, decl.Visible);
 }
 
 void Checker::DeclareEnum(TypeDecl& decl) {
@@ -295,8 +299,7 @@ void Checker::DeclareProperty(PropertyDecl& property, Type* owner) {
     const Type* type = FindWholeType(plain.Named);
     const auto what = property.Computed ? Symbol::What::Property : Symbol::What::Variable;
     Symbol* symbol = Declare(owner->Own, plain.Name, what, plain.Line);
-    symbol->Owner = owner;
-    symbol->Visible = plain.Visible;
+    Show(*symbol, owner, plain.Visible);
     if (property.Computed) {
         Property& computed = mOut.Properties.emplace_back();
         computed.Name = plain.Name;
@@ -345,6 +348,7 @@ Method* Checker::DeclareMethod(MethodDecl& decl, Type* owner, bool accessor) {
         mOut.Bodies.push_back(&method);
         method.Function = static_cast<uint32_t>(mOut.Bodies.size());
         mToCheck.push_back(&method);
+        if (owner->Is(Kind::Class)) mBodiesOf[owner].push_back(&method);
     }
     if (accessor) return &method;
     const bool inClass = owner->Is(Kind::Class);
@@ -359,11 +363,13 @@ Method* Checker::DeclareMethod(MethodDecl& decl, Type* owner, bool accessor) {
 
 void Checker::AddOverload(Method& method, Type* owner) {
     Symbol* symbol = Declare(owner->Own, method.Decl->Name, Symbol::What::Methods, method.Decl->Line);
-    symbol->Owner = owner;
-    symbol->Visible = method.Decl->Visible;
+    Show(*symbol, owner, method.Decl->Visible);
     method.Sym = symbol;
-    for (const Method* other : symbol->Overloads)
-        if (SameParameters(*other, method)) Fail(Error::DuplicateMethod, method.Decl->Line);
+    const size_t signature = SignatureOf(method) * 31 + std::hash<const Symbol*>()(symbol);
+    for (auto [other, end] = mSignatures.equal_range(signature); other != end; ++other)
+        if (other->second->Sym == symbol && SameParameters(*other->second, method))
+            Fail(Error::DuplicateMethod, method.Decl->Line);
+    mSignatures.emplace(signature, &method);
     symbol->Overloads.push_back(&method);
 }
 
@@ -397,6 +403,14 @@ void Checker::CheckParameters(const Method& method) {
     }
 }
 
+// The same for methods of the same name and parameters.
+size_t Checker::SignatureOf(const Method& method) {
+    size_t signature = method.Decl->Name;
+    for (const Parameter& parameter : method.Decl->Params)
+        signature = signature * 1000003 + std::hash<const Type*>()(parameter.T);
+    return signature;
+}
+
 bool Checker::SameParameters(const Method& a, const Method& b) const {
     if (a.Decl->Params.size() != b.Decl->Params.size()) return false;
     for (size_t index = 0; index < a.Decl->Params.size(); ++index) {
@@ -404,7 +418,7 @@ bool Checker::SameParameters(const Method& a, const Method& b) const {
         if (one.T != other.T || one.IsAssigns != other.IsAssigns || one.ByRef != other.ByRef) return false;
     }
     // Conversions differ by what they convert to.
-    return sorbel::Fold(Spell(a.Decl->Name)) != "operator_convert" || a.Result == b.Result;
+    return a.Decl->Name != mConvert || a.Result == b.Result;
 }
 
 }  // namespace sorbel::script

@@ -35,13 +35,19 @@ void Checker::CollectImports() {
     for (const Stmt* statement : mTree.Main)
         if (statement->Kind == StmtKind::Using) {
             mNow.Owner = mTop;
-            mImports[mTop].push_back(FindImport(statement->Named));
+            AddImport(mTop, statement->Named);
         }
     for (const Type* type : mDeclared)
         for (const TypeName& named : type->Decl->Usings) {
             mNow.Owner = type->Owner;
-            mImports[type].push_back(FindImport(named));
+            AddImport(type, named);
         }
+}
+
+void Checker::AddImport(const Type* around, const TypeName& named) {
+    std::vector<Import>& imports = mImports[around];
+    imports.push_back(FindImport(named));
+    mImportsOf[around][imports.back().Module].push_back(imports.size() - 1);
 }
 
 void Checker::CheckImports() {
@@ -58,15 +64,22 @@ void Checker::CheckImports() {
 }
 
 Symbol* Checker::FindImported(const Type* around, NameId name) const {
-    const auto imports = mImports.find(around);
-    if (imports == mImports.end()) return nullptr;
-    for (const Import& import : imports->second) {
-        if (import.Only && *import.Only != name) continue;
-        const auto found = import.Module->Own.find(name);
-        if (found != import.Module->Own.end() && found->second->Visible == Visibility::Public)
-            return found->second;
+    const auto imports = mImportsOf.find(around);
+    const auto known = mPublics.find(name);
+    if (imports == mImportsOf.end() || known == mPublics.end()) return nullptr;
+    const std::vector<Import>& all = mImports.at(around);
+    Symbol* first = nullptr;
+    size_t least = SIZE_MAX;
+    for (Symbol* symbol : known->second) {
+        const auto places = imports->second.find(symbol->Owner);
+        if (symbol->Visible != Visibility::Public || places == imports->second.end()) continue;
+        for (const size_t place : places->second)
+            if (place < least && (!all[place].Only || *all[place].Only == name)) {
+                least = place;
+                first = symbol;
+            }
     }
-    return nullptr;
+    return first;
 }
 
 // Among statements the names are known in the rest of the block, as if they were declared in it.

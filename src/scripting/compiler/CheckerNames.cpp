@@ -19,14 +19,31 @@ Symbol* Checker::FindName(NameId name) {
     // In the main program a Using counts from its line on.
     if (!mNow.InMain)
         if (Symbol* found = FindImported(mTop, name)) return found;
-    for (const Type* type : mDeclared) {
-        if (!type->Is(Kind::Module)) continue;
-        const auto found = type->Own.find(name);
-        if (found != type->Own.end() && found->second->Visible == Visibility::Global) return found->second;
-    }
+    if (Symbol* found = FindGlobal(name)) return found;
     if (const auto found = mHost.find(name); found != mHost.end()) return found->second;
     const auto found = mTypes.BuiltIn().find(name);
     return found == mTypes.BuiltIn().end() ? nullptr : found->second;
+}
+
+// Of several modules with a global name, the first in the text. Only a module of the script's own has some.
+Symbol* Checker::FindGlobal(NameId name) const {
+    const auto known = mGlobals.find(name);
+    if (known == mGlobals.end()) return nullptr;
+    Symbol* first = nullptr;
+    for (Symbol* symbol : known->second)
+        if (symbol->Visible == Visibility::Global &&
+            (!first || symbol->Owner->Decl->Line < first->Owner->Decl->Line))
+            first = symbol;
+    return first;
+}
+
+// Makes a member of a module known to all who may see it.
+void Checker::Show(Symbol& symbol, Type* owner, Visibility visible) {
+    symbol.Owner = owner;
+    symbol.Visible = visible;
+    if (!owner->Is(Kind::Module) || owner == mTop) return;
+    std::vector<Symbol*>& same = (visible == Visibility::Global ? mGlobals : mPublics)[symbol.Name];
+    if (same.empty() || same.back() != &symbol) same.push_back(&symbol);
 }
 
 Symbol* Checker::FindMember(const Type* type, NameId name) const {

@@ -1,6 +1,7 @@
 #include "scripting/compiler/Emitter.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace sorbel::script {
 
@@ -25,22 +26,20 @@ void Emitter::EmitClasses() {
     mProgram.Classes.resize(mChecked.Classes.size());
     for (Type* type : mChecked.Classes)
         EmitClass(*type);
-    for (const auto& [type, wanted, found] : mChecked.Implementations) {
-        ClassInfo& info = mProgram.Classes[type->Index];
-        // An heir's own method stands in the place of the one that was found in its superclass.
-        const Method* method = found->Slot >= 0 ? type->Virtual[static_cast<size_t>(found->Slot)] : found;
-        info.BySelector[wanted->Selector] = method->Function;
-    }
-    // Heirs take over the interfaces of their superclass.
+    std::vector<std::vector<const Checked::Implementation*>> implementations(mChecked.Classes.size());
+    for (const auto& implementation : mChecked.Implementations)
+        implementations[implementation.Class->Index].push_back(&implementation);
     for (const Type* type : mChecked.Classes) {
-        ClassInfo& info = mProgram.Classes[type->Index];
-        if (!info.Base) continue;
-        for (const auto& implementation : mChecked.Implementations) {
-            if (implementation.Class == type || !type->ComesFrom(implementation.Class)) continue;
-            const Method* found = implementation.Found;
-            const Method* method = found->Slot >= 0 ? type->Virtual[static_cast<size_t>(found->Slot)] : found;
-            info.BySelector.try_emplace(implementation.Wanted->Selector, method->Function);
-        }
+        auto& bySelector = mProgram.Classes[type->Index].BySelector;
+        // Heirs take over the interfaces of their superclass; a method of their own stands in the place of
+        // the one that was found there.
+        for (const Type* cls = type; cls; cls = cls->Base)
+            for (const auto* implementation : implementations[cls->Index]) {
+                const Method* found = implementation->Found;
+                const Method* method =
+                    found->Slot >= 0 ? type->Virtual[static_cast<size_t>(found->Slot)] : found;
+                bySelector.try_emplace(implementation->Wanted->Selector, method->Function);
+            }
     }
 }
 
@@ -63,8 +62,14 @@ void Emitter::EmitClass(Type& type) {
     }
     for (const Method* method : type.Virtual)
         info.Virtual.push_back(method->Function);
-    for (const Type* other : mChecked.Classes)
-        if (type.ComesFrom(other)) info.Ancestors.push_back(other->Index);
+    std::vector<uint32_t> own = {type.Index};
+    for (const Type* part : type.Reached)
+        own.push_back(part->Index);
+    std::sort(own.begin(), own.end());
+    static const std::vector<uint32_t> none;
+    const std::vector<uint32_t>& inherited = info.Base ? info.Base->Ancestors : none;
+    std::set_union(own.begin(), own.end(), inherited.begin(), inherited.end(),
+                   std::back_inserter(info.Ancestors));
     if (type.Destructor) info.Destructor = static_cast<int>(type.Destructor->Function);
     mProgram.ExceptionClasses.emplace(Fold(type.Name), type.Index);
     if (starts && type.Is(Kind::Class)) EmitClassStart(type);

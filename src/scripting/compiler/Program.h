@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "scripting/compiler/Heap.h"
 #include "scripting/compiler/Opcodes.h"
 #include "scripting/compiler/Symbols.h"
@@ -51,12 +53,10 @@ struct ClassInfo {
     std::vector<FixedArray> FixedArrays;
     std::vector<uint32_t> Virtual;  // functions
     std::unordered_map<int, uint32_t> BySelector;
-    std::vector<uint32_t> Ancestors;  // the indices of all classes and interfaces that it is
+    std::vector<uint32_t> Ancestors;  // the indices of all classes and interfaces that it is, in order
     int Destructor = -1;
     [[nodiscard]] bool Is(uint32_t index) const {
-        for (const uint32_t ancestor : Ancestors)
-            if (ancestor == index) return true;
-        return false;
+        return std::binary_search(Ancestors.begin(), Ancestors.end(), index);
     }
 };
 

@@ -1,14 +1,50 @@
 #include "scripting/compiler/Types.h"
 
+#include <algorithm>
+#include <unordered_set>
+
 #include "scripting/compiler/Symbols.h"
 
 namespace sorbel::script {
 
+namespace {
+
+// Visits what some interfaces aggregate, each once: there may be very many ways to it. Ends when `visit` says
+// so.
+template <typename Visit>
+bool VisitInterfaces(std::vector<const Type*> open, Visit visit) {
+    std::unordered_set<const Type*> seen(open.begin(), open.end());
+    while (!open.empty()) {
+        const Type* type = open.back();
+        open.pop_back();
+        if (visit(type)) return true;
+        for (const Type* part : type->Interfaces)
+            if (seen.insert(part).second) open.push_back(part);
+    }
+    return false;
+}
+
+}  // namespace
+
 bool Type::ComesFrom(const Type* other) const {
-    if (this == other) return true;
-    for (const Type* part : Interfaces)
-        if (part->ComesFrom(other)) return true;
-    return Base && Base->ComesFrom(other);
+    for (const Type* type = this; type; type = type->Base) {
+        if (type == other) return true;
+        if (std::binary_search(type->Reached.begin(), type->Reached.end(), other, std::less<>())) return true;
+    }
+    return false;
+}
+
+bool Type::Aggregates(const Type* other) const {
+    return VisitInterfaces({this}, [other](const Type* type) { return type == other; });
+}
+
+void Type::ReachInterfaces() {
+    if (Interfaces.empty()) return;
+    VisitInterfaces({Interfaces.begin(), Interfaces.end()}, [this](const Type* type) {
+        Reached.push_back(type);
+        return false;
+    });
+    std::sort(Reached.begin(), Reached.end(), std::less<>());
 }
 
 Types::Types(Names& names) {

@@ -55,12 +55,13 @@ struct Type {
     TypeDecl* Decl = nullptr;
     Type* Owner = nullptr;  // the module or class around it
     Visibility Visible = Visibility::Public;
-    Type* Base = nullptr;           // superclass
-    std::vector<Type*> Interfaces;  // implemented or aggregated
-    Members Own;                    // declared here
-    std::vector<Variable*> Fields;  // of an instance, those of the superclass first
-    std::vector<Method*> Methods;   // declared here
-    std::vector<Method*> Virtual;   // the table of virtual methods
+    Type* Base = nullptr;              // superclass
+    std::vector<Type*> Interfaces;     // implemented or aggregated
+    std::vector<const Type*> Reached;  // those and what they aggregate, in order of their addresses
+    Members Own;                       // declared here
+    std::vector<Variable*> Fields;     // of an instance, those of the superclass first
+    std::vector<Method*> Methods;      // declared here
+    std::vector<Method*> Virtual;      // the table of virtual methods
     std::vector<Method*> Constructors;
     Method* Destructor = nullptr;
     Method* Signature = nullptr;  // of a delegate
@@ -75,8 +76,12 @@ struct Type {
     /// Whether a register with such a value counts references.
     [[nodiscard]] bool IsReference() const { return K >= Kind::String || K == Kind::Nil; }
     [[nodiscard]] bool Is(Kind kind) const { return K == kind; }
-    /// Whether this class or interface is `other` or comes from it.
+    /// Whether this class or interface is `other` or comes from it. The interfaces must be known by then.
     [[nodiscard]] bool ComesFrom(const Type* other) const;
+    /// Whether this interface is `other` or aggregates it, as far as that is known.
+    [[nodiscard]] bool Aggregates(const Type* other) const;
+    /// Fills `Reached`.
+    void ReachInterfaces();
 };
 
 /// All types of one program: the built-in ones, arrays by element and rank, and what a script declares.
