@@ -80,6 +80,15 @@ Pattern ReadPattern(StringView text) {
     return pattern;
 }
 
+String Grouped(StringView digits) {
+    String grouped;
+    for (size_t at = 0; at < digits.size(); ++at) {
+        if (at > 0 && (digits.size() - at) % 3 == 0) grouped += ',';
+        grouped += digits[at];
+    }
+    return grouped;
+}
+
 String Digits(double value, const Pattern& pattern) {
     char buffer[400];
     const int places = std::min(pattern.Most, 15);
@@ -91,11 +100,9 @@ String Digits(double value, const Pattern& pattern) {
     while (static_cast<int>(rest.size()) > pattern.Least && rest.back() == '0')
         rest.pop_back();
     if (whole == "0") whole.clear();
-    while (static_cast<int>(whole.size()) < pattern.Whole)
-        whole.insert(0, 1, '0');
-    if (pattern.Grouped)
-        for (size_t at = whole.size(); at > 3; at -= 3)
-            whole.insert(at - 3, 1, ',');
+    const auto least = static_cast<size_t>(pattern.Whole);
+    if (whole.size() < least) whole.insert(0, least - whole.size(), '0');
+    if (pattern.Grouped) whole = Grouped(whole);
     return rest.empty() ? whole : whole + "." + rest;
 }
 
