@@ -1,8 +1,10 @@
 #include "scripting/compiler/Heap.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "scripting/compiler/Program.h"
 
@@ -40,6 +42,13 @@ size_t ElementSize(ElementKind kind) {
         default:
             return 8;
     }
+}
+
+void Array::SwapElements(Array& other) {
+    std::swap(Data, other.Data);
+    std::swap(Count, other.Count);
+    std::swap(Capacity, other.Capacity);
+    std::swap(Skipped, other.Skipped);
 }
 
 namespace {
@@ -104,8 +113,19 @@ Text* Memory::NewText(std::string_view bytes) {
 
 void Memory::DropIndex(Text& text) {
     if (!text.Index) return;
-    Free(text.Index, (text.Characters / Text::IndexStep + 1) * sizeof(uint32_t));
+    Free(text.Index, std::bit_ceil(text.Marks) * sizeof(uint32_t));
     text.Index = nullptr;
+    text.Marks = 0;
+}
+
+void Memory::ExtendIndex(Text& text, uint32_t marks) {
+    const size_t before = text.Index ? std::bit_ceil(text.Marks) * sizeof(uint32_t) : 0;
+    const size_t after = std::bit_ceil(marks) * sizeof(uint32_t);
+    if (!text.Index)
+        text.Index = static_cast<uint32_t*>(Allocate(after));
+    else if (after > before)
+        text.Index = static_cast<uint32_t*>(Resize(text.Index, before, after));
+    text.Marks = marks;
 }
 
 Box* Memory::NewBox(const Type* type, Slot value) {
@@ -243,6 +263,7 @@ void Memory::FreeOne(Heap* thing) {
         case HeapKind::Text: {
             auto* text = static_cast<Text*>(thing);
             if (text->Index) DropIndex(*text);
+            if (text->Watched) mFields.Forget(text);
             return Free(text, sizeof(Text) + text->Capacity);
         }
         case HeapKind::Box: {
@@ -253,8 +274,11 @@ void Memory::FreeOne(Heap* thing) {
         case HeapKind::Array: {
             auto* array = static_cast<Array*>(thing);
             Unlink(array);
-            if (array->Data)
-                Free(array->Data, static_cast<size_t>(array->Capacity) * ElementSize(array->Element));
+            if (array->Data) {
+                const size_t size = ElementSize(array->Element);
+                Free(array->Data - static_cast<size_t>(array->Skipped) * size,
+                     static_cast<size_t>(array->Skipped + array->Capacity) * size);
+            }
             array->~Array();
             return Free(array, sizeof(Array));
         }
@@ -264,18 +288,41 @@ void Memory::FreeOne(Heap* thing) {
             Unlink(object);
             return Free(object, ObjectSize(*object->Class));
         }
-        case HeapKind::Delegate:
-            Unlink(static_cast<Delegate*>(thing));
-            return Free(thing, sizeof(Delegate));
+        case HeapKind::Delegate: {
+            auto* delegate = static_cast<Delegate*>(thing);
+            if (delegate->Weak && delegate->Target) UnlinkWeak(*delegate);
+            Unlink(delegate);
+            return Free(delegate, sizeof(Delegate));
+        }
     }
 }
 
+void Memory::SetWeakTarget(Delegate& delegate, Object& target) {
+    Delegate*& first = mWeak[&target];
+    delegate.Weak = true;
+    delegate.Target = &target;
+    delegate.WeakAfter = first;
+    if (first) first->WeakBefore = &delegate;
+    first = &delegate;
+    target.Watched = true;
+}
+
+void Memory::UnlinkWeak(Delegate& delegate) {
+    if (delegate.WeakAfter) delegate.WeakAfter->WeakBefore = delegate.WeakBefore;
+    if (delegate.WeakBefore)
+        delegate.WeakBefore->WeakAfter = delegate.WeakAfter;
+    else if (delegate.WeakAfter)
+        mWeak[delegate.Target] = delegate.WeakAfter;
+    else
+        mWeak.erase(delegate.Target);
+}
+
 void Memory::ForgetTarget(const Object* object) {
-    for (Linked* thing = mFirst; thing; thing = thing->Next) {
-        if (thing->What != HeapKind::Delegate) continue;
-        auto* delegate = static_cast<Delegate*>(thing);
-        if (delegate->Weak && delegate->Target == object) delegate->Target = nullptr;
-    }
+    const auto found = mWeak.find(object);
+    if (found == mWeak.end()) return;
+    for (Delegate* delegate = found->second; delegate; delegate = delegate->WeakAfter)
+        delegate->Target = nullptr;
+    mWeak.erase(found);
 }
 
 // Every circle is opened while all of its members are held, then each member goes by itself.
@@ -283,6 +330,7 @@ void Memory::FreeAll() {
     mDestroyer = nullptr;
     mDead.clear();
     mDropping = false;
+    mWeak.clear();
     std::vector<Linked*> left;
     for (Linked* thing = mFirst; thing; thing = thing->Next) {
         thing->References = 1u << 31;

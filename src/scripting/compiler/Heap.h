@@ -5,9 +5,11 @@
 #include <cstdlib>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "scripting/compiler/Blocks.h"
+#include "scripting/compiler/FieldPlaces.h"
 
 namespace sorbel::script {
 
@@ -52,7 +54,7 @@ struct Heap {
     uint32_t References = 1;
     HeapKind What = HeapKind::Text;
     bool Dying = false;    // its destructor runs or has run
-    bool Watched = false;  // a weak delegate calls it
+    bool Watched = false;  // a weak delegate calls it, or fields of this text are remembered
     bool Ascii = false;    // of a text whose characters are counted
 };
 
@@ -63,6 +65,7 @@ struct Text : Heap {
     uint32_t Size = 0;
     uint32_t Capacity = 0;
     uint32_t Characters = Unknown;
+    uint32_t Marks = 0;         // in the index
     uint32_t* Index = nullptr;  // where every 16th character begins, once it was needed
     char* Bytes() { return reinterpret_cast<char*>(this + 1); }
     [[nodiscard]] std::string_view View() { return {Bytes(), Size}; }
@@ -89,14 +92,17 @@ struct Array : Linked {
     ElementKind Element = ElementKind::I64;
     bool Fixed = false;  // it is part of a structure
     uint32_t Rank = 1;
-    int64_t Count = 0;  // elements in all dimensions together
-    int64_t Capacity = 0;
-    char* Data = nullptr;
+    int64_t Count = 0;           // elements in all dimensions together
+    int64_t Capacity = 0;        // places from the first element on
+    int64_t Skipped = 0;         // free places before it, where elements were removed or will be inserted
+    char* Data = nullptr;        // the first element
     std::vector<int64_t> Sizes;  // of each dimension, when there are several
     template <typename E>
     E* As() {
         return reinterpret_cast<E*>(Data);
     }
+    /// Gives what it holds for what another array of the same type holds.
+    void SwapElements(Array& other);
 };
 
 /// An object of a class, or a structure.
@@ -112,6 +118,7 @@ struct Delegate : Linked {
     bool HasTarget = false;
     bool Weak = false;  // does not keep its target alive, and has none when that is gone
     Object* Target = nullptr;
+    Delegate *WeakBefore = nullptr, *WeakAfter = nullptr;  // others that are weak and have the same target
 };
 
 /// A script's memory: counts what is in use, fails with OutOfMemoryException beyond the limit, and knows
@@ -143,10 +150,13 @@ class Memory {
     }
     Text* NewTextOf(size_t capacity);  ///< empty, with room for at least so many bytes
     void DropIndex(Text& text);
+    void ExtendIndex(Text& text, uint32_t marks);  ///< gives room for so many
+    [[nodiscard]] FieldPlaces& Fields() { return mFields; }
     Box* NewBox(const Type* type, Slot value);
     Array* NewArray(const Type* type, ElementKind element, uint32_t rank, const ClassInfo* structure);
     Object* NewObject(const ClassInfo& cls);  ///< with the arrays of a structure
     Delegate* NewDelegate();
+    void SetWeakTarget(Delegate& delegate, Object& target);
 
     /// One reference less. What nothing refers to any more goes, without recursion however long a chain it
     /// is.
@@ -178,10 +188,13 @@ class Memory {
     void FreeOne(Heap* thing);
     void ReleaseParts(Heap* thing);
     void ForgetTarget(const Object* object);
+    void UnlinkWeak(Delegate& delegate);
 
     SmallBlocks mSmall;
+    FieldPlaces mFields;
     size_t mInUse = 0;
     Linked* mFirst = nullptr;
+    std::unordered_map<const Object*, Delegate*> mWeak;  // the first that is weak, by its target
     std::vector<Heap*> mDead;
     bool mDropping = false;
     int mDestructors = 0;  // that run one in another

@@ -84,14 +84,38 @@ Array& Growing(const Slot& slot) {
     return array;
 }
 
+// Makes as much room before the elements as they take, so that inserting there takes no longer than at the
+// end.
+void MakeRoomInFront(Memory& memory, Array& array) {
+    const size_t size = ElementSize(array.Element);
+    const int64_t room = array.Count;
+    if (array.Capacity + room > static_cast<int64_t>(Memory::Limit / size)) FailMemory();
+    array.Data = static_cast<char*>(memory.Resize(array.Data, static_cast<size_t>(array.Capacity) * size,
+                                                  static_cast<size_t>(array.Capacity + room) * size));
+    std::memmove(array.Data + static_cast<size_t>(room) * size, array.Data,
+                 static_cast<size_t>(array.Count) * size);
+    array.Data += static_cast<size_t>(room) * size;
+    array.Skipped = room;
+}
+
+// The elements on the shorter side move.
 void Insert(Machine& machine, Array& array, int64_t index, Slot value) {
     if (index < 0 || index > array.Count) FailOutOfBounds();
     const size_t size = ElementSize(array.Element);
     const int64_t behind = array.Count - index;
-    ResizeArray(machine.Store(), array, array.Count + 1);
-    char* place = array.Data + static_cast<size_t>(index) * size;
-    std::memmove(place + size, place, static_cast<size_t>(behind) * size);
-    std::memset(place, 0, size);
+    if (index < behind) {
+        if (array.Skipped == 0) MakeRoomInFront(machine.Store(), array);
+        std::memmove(array.Data - size, array.Data, static_cast<size_t>(index) * size);
+        array.Data -= size;
+        --array.Skipped;
+        ++array.Capacity;
+        ++array.Count;
+    } else {
+        ResizeArray(machine.Store(), array, array.Count + 1);
+        char* place = array.Data + static_cast<size_t>(index) * size;
+        std::memmove(place + size, place, static_cast<size_t>(behind) * size);
+    }
+    std::memset(array.Data + static_cast<size_t>(index) * size, 0, size);
     WriteElement(array, index, value);
 }
 
@@ -105,9 +129,17 @@ Slot TakeOut(Array& array, int64_t index) {
     if (index < 0 || index >= array.Count) FailOutOfBounds();
     const Slot value = ReadElement(array, index);
     const size_t size = ElementSize(array.Element);
-    char* place = array.Data + static_cast<size_t>(index) * size;
-    std::memmove(place, place + size, static_cast<size_t>(array.Count - index - 1) * size);
+    const int64_t behind = array.Count - index - 1;
     --array.Count;
+    if (index < behind) {
+        std::memmove(array.Data + size, array.Data, static_cast<size_t>(index) * size);
+        array.Data += size;
+        ++array.Skipped;
+        --array.Capacity;
+    } else {
+        char* place = array.Data + static_cast<size_t>(index) * size;
+        std::memmove(place, place + size, static_cast<size_t>(behind) * size);
+    }
     return value;
 }
 
@@ -122,9 +154,7 @@ void RemoveAll(Machine& machine, Slot* a) {
     Array& array = HeldArray(a[0]);
     if (array.Fixed) FailFixed();
     Array* gone = machine.Store().NewArray(array.T, array.Element, array.Rank, array.Structure);
-    std::swap(gone->Data, array.Data);
-    std::swap(gone->Count, array.Count);
-    std::swap(gone->Capacity, array.Capacity);
+    gone->SwapElements(array);
     std::fill(array.Sizes.begin(), array.Sizes.end(), 0);
     machine.Store().Release(gone);
 }

@@ -47,9 +47,39 @@ void Arrange(Array& array, const Order& order) {
     if (!moved.empty()) std::memcpy(array.Data, moved.data(), moved.size());
 }
 
+// The first eight bytes of a folded text as a number: most texts differ there, and need not be looked at.
+uint64_t HeadOf(Text* text) {
+    constexpr size_t most = 8;
+    StringView rest = ViewOf(text);
+    size_t end = 0;
+    for (size_t count = 0; count < most && end < rest.size(); ++count)
+        end += FirstCharacter(rest.substr(end)).Bytes.size();
+    uint64_t head = 0;
+    const String folded = Fold(rest.substr(0, end));
+    for (size_t at = 0; at < most; ++at)
+        head = head << 8 | (at < folded.size() ? static_cast<unsigned char>(folded[at]) : 0);
+    return head;
+}
+
+void SortTexts(Array& array) {
+    struct Headed {
+        uint64_t Head;
+        Text* Value;
+    };
+    std::vector<Headed> values;
+    for (int64_t at = 0; at < array.Count; ++at)
+        values.push_back({HeadOf(array.As<Text*>()[at]), array.As<Text*>()[at]});
+    std::stable_sort(values.begin(), values.end(), [](const Headed& x, const Headed& y) {
+        return x.Head != y.Head ? x.Head < y.Head : CompareTexts(x.Value, y.Value) < 0;
+    });
+    for (size_t at = 0; at < values.size(); ++at)
+        array.As<Text*>()[at] = values[at].Value;
+}
+
 // The elements are taken out and put back; comparing does not change how many references they have.
 void Sort(Machine&, Slot* a) {
     Array& array = FlatArray(a[0]);
+    if (array.T->Element->Is(Kind::String)) return SortTexts(array);
     std::vector<Slot> values;
     for (int64_t at = 0; at < array.Count; ++at)
         values.push_back(ReadElement(array, at));
@@ -104,9 +134,7 @@ void SortWithComparison(Machine& machine, Slot* a) {
         Arrange(*copy.A, Sorted(copy.A->Count, [&](int64_t x, int64_t y) {
             return Compared(machine, *comparison.G, *copy.A, x, y) < 0;
         }));
-        std::swap(array.A->Data, copy.A->Data);
-        std::swap(array.A->Count, copy.A->Count);
-        std::swap(array.A->Capacity, copy.A->Capacity);
+        array.A->SwapElements(*copy.A);
     } catch (...) {
         release();
         throw;

@@ -2,6 +2,7 @@
 #include <unicode/unistr.h>
 #include <algorithm>
 
+#include "platform/TextCoding.h"
 #include "scripting/compiler/Library.h"
 
 namespace sorbel::script {
@@ -72,24 +73,18 @@ StringView TrimmedEnd(StringView text, bool left, bool right) {
 String Replaced(StringView text, StringView what, StringView with, bool all) {
     if (what.empty()) return String(text);
     String result;
-    const int64_t length = Len(what);
     size_t done = 0;
-    for (;;) {
-        const StringView rest = text.substr(done);
-        const int64_t at = InStr(1, rest, what);
-        if (at == 0) break;
-        const size_t before = Left(rest, at - 1).size();
-        const size_t taken = Mid(rest, at, length).size();
-        result += rest.substr(0, before);
+    while (const auto found = FindFolded(text.substr(done), what)) {
+        result += text.substr(done, found->Byte);
         result += with;
-        done += before + taken;
+        done += found->Byte + found->Size;
         if (!all) break;
     }
     return result.append(text.substr(done));
 }
 
 int64_t FindBytes(int64_t start, StringView text, StringView term) {
-    const size_t found = text.find(term, static_cast<size_t>(FromOne(start)));
+    const size_t found = coding::FindBytes(text, term, static_cast<size_t>(FromOne(start)));
     return found == StringView::npos ? 0 : static_cast<int64_t>(found) + 1;
 }
 
@@ -112,9 +107,13 @@ void GiveJoined(Machine& machine, Slot* a) {
 String Repeated(StringView text, int64_t count) {
     if (count > 0 && !text.empty() && count >= static_cast<int64_t>(Memory::Limit / text.size()))
         FailMemory();
+    if (count <= 0 || text.empty()) return {};
+    const size_t size = text.size() * static_cast<size_t>(count);
     String result;
-    for (int64_t at = 0; at < count; ++at)
-        result += text;
+    result.reserve(size);
+    result = text;
+    while (result.size() < size)
+        result.append(result, 0, size - result.size());
     return result;
 }
 
@@ -171,21 +170,26 @@ const NativeFunction table[] = {
          GiveBytes(m, a, size - count, count);
      },
      true},
-    {"InStr", "text S term S", "I", [](Machine&, Slot* a) { a->I = FindText(1, a[0].T, a[1].T); }, true},
+    {"InStr", "text S term S", "I",
+     [](Machine& m, Slot* a) { a->I = FindText(m.Store(), 1, a[0].T, a[1].T); }, true},
     {"InStr", "start I text S term S", "I",
-     [](Machine&, Slot* a) { a->I = FindText(a[0].I, a[1].T, a[2].T); }, false},
+     [](Machine& m, Slot* a) { a->I = FindText(m.Store(), a[0].I, a[1].T, a[2].T); }, false},
     {"InStrB", "text S term S", "I", [](Machine&, Slot* a) { a->I = FindBytes(1, View(a[0]), View(a[1])); },
      true},
     {"InStrB", "start I text S term S", "I",
      [](Machine&, Slot* a) { a->I = FindBytes(a[0].I, View(a[1]), View(a[2])); }, false},
-    {"IndexOf", "text S term S", "I", [](Machine&, Slot* a) { a->I = FindText(1, a[0].T, a[1].T) - 1; },
-     true},
-    {"Contains", "text S term S", "B", [](Machine&, Slot* a) { a->I = FindText(1, a[0].T, a[1].T) > 0; },
-     true},
+    {"IndexOf", "text S term S", "I",
+     [](Machine& m, Slot* a) { a->I = FindText(m.Store(), 1, a[0].T, a[1].T) - 1; }, true},
+    {"Contains", "text S term S", "B",
+     [](Machine& m, Slot* a) { a->I = FindText(m.Store(), 1, a[0].T, a[1].T) > 0; }, true},
     {"BeginsWith", "text S term S", "B",
      [](Machine&, Slot* a) { a->I = Equal(Left(View(a[0]), Len(View(a[1]))), View(a[1])); }, true},
     {"EndsWith", "text S term S", "B",
-     [](Machine&, Slot* a) { a->I = Equal(Right(View(a[0]), Len(View(a[1]))), View(a[1])); }, true},
+     [](Machine& m, Slot* a) {
+         const int64_t length = CountCharacters(a[0].T), end = std::min(CountCharacters(a[1].T), length);
+         a->I = Equal(View(a[0]).substr(ByteOf(m.Store(), a[0].T, length - end)), View(a[1]));
+     },
+     true},
     {"Replace", "text S what S with S", "S",
      [](Machine& m, Slot* a) { m.Give(*a, Replaced(View(a[0]), View(a[1]), View(a[2]), false)); }, true},
     {"ReplaceAll", "text S what S with S", "S",
@@ -210,9 +214,9 @@ const NativeFunction table[] = {
      true},
     {"Join", "fields T | delimiter W", "S", GiveJoined, true},
     {"NthField", "text S delimiter S index I", "S",
-     [](Machine& m, Slot* a) { m.Give(*a, NthField(View(a[0]), View(a[1]), a[2].I)); }, true},
+     [](Machine& m, Slot* a) { m.Give(*a, m.Store().Fields().Field(a[0].T, View(a[1]), a[2].I)); }, true},
     {"CountFields", "text S delimiter S", "I",
-     [](Machine&, Slot* a) { a->I = CountFields(View(a[0]), View(a[1])); }, true},
+     [](Machine& m, Slot* a) { a->I = m.Store().Fields().Count(a[0].T, View(a[1])); }, true},
     {"Chr", "code I", "S",
      [](Machine& m, Slot* a) {
          const int64_t code = a->I;

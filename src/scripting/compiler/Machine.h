@@ -90,6 +90,8 @@ class Machine final : public Memory::Destroyer {
     // Operations that are too large for the loop
     void NewArray(Slot& to, const Slot* bounds, const ArrayShape& shape);
     void ReDim(Array* array, const Slot* bounds, uint32_t rank);
+    void ResizeInOrder(Array& array, int64_t count, Array& gone);
+    void Rearrange(Array& array, int64_t count, const std::vector<int64_t>& sizes, Array& gone);
     [[nodiscard]] static int64_t FlatIndex(const Array* array, const Slot* indices);
     void MakeDelegate(Slot& to, Object* target, const DelegateShape& shape);
     const Function& FunctionOf(const Object* object, int selector) const;

@@ -5,17 +5,49 @@
 
 namespace sorbel::script {
 
+namespace {
+
+// Gives an array exactly so many places.
+void SetCapacity(Memory& memory, Array& array, int64_t room) {
+    const size_t size = ElementSize(array.Element);
+    if (room > static_cast<int64_t>(Memory::Limit / size)) FailMemory();
+    const auto before = static_cast<size_t>(array.Capacity) * size, after = static_cast<size_t>(room) * size;
+    if (!array.Data) {
+        array.Data = static_cast<char*>(memory.Allocate(after));
+    } else if (room == 0) {
+        memory.Free(array.Data, before);
+        array.Data = nullptr;
+    } else {
+        array.Data = static_cast<char*>(memory.Resize(array.Data, before, after));
+    }
+    array.Capacity = room;
+}
+
+// Moves the elements to the beginning of their block.
+void TakeSkipped(Array& array) {
+    const size_t size = ElementSize(array.Element);
+    char* first = array.Data - static_cast<size_t>(array.Skipped) * size;
+    std::memmove(first, array.Data, static_cast<size_t>(array.Count) * size);
+    array.Data = first;
+    array.Capacity += array.Skipped;
+    array.Skipped = 0;
+}
+
+}  // namespace
+
+// What grows again and again gets twice as many places each time; what shrinks to a quarter gives them back.
 void ResizeArray(Memory& memory, Array& array, int64_t count) {
     const size_t size = ElementSize(array.Element);
-    if (count > array.Capacity) {
-        if (count > static_cast<int64_t>(Memory::Limit / size)) FailMemory();
-        const int64_t room = array.Count == 0 ? count : std::max(count, array.Capacity * 2);
-        const auto before = static_cast<size_t>(array.Capacity) * size;
-        const auto after = static_cast<size_t>(room) * size;
-        array.Data = static_cast<char*>(array.Data ? memory.Resize(array.Data, before, after)
-                                                   : memory.Allocate(after));
-        array.Capacity = room;
+    const bool moved = array.Skipped > 0 && (count > array.Capacity || count < array.Count);
+    if (moved) TakeSkipped(array);
+    // Moving the elements has to pay: there must be room for some time.
+    const int64_t wanted = moved && count > array.Count ? count + count / 2 : count;
+    if (wanted > array.Capacity) {
+        const int64_t room = array.Count == 0 ? count : std::max(wanted, array.Capacity * 2);
+        const bool fits = static_cast<size_t>(room - array.Capacity) * size <= Memory::Limit - memory.InUse();
+        SetCapacity(memory, array, fits ? room : count);
     }
+    if (count < array.Count && count <= array.Capacity / 4) SetCapacity(memory, array, count);
     if (count > array.Count)
         std::memset(array.Data + static_cast<size_t>(array.Count) * size, 0,
                     static_cast<size_t>(count - array.Count) * size);
@@ -55,23 +87,53 @@ void Machine::ReDim(Array* array, const Slot* bounds, uint32_t rank) {
     if (array->Fixed) FailFixed();
     std::vector<int64_t> sizes;
     const int64_t count = CountOf(bounds, rank, sizes);
-    const size_t size = ElementSize(array->Element);
+    // If only the first dimension changes, the elements stay where they are.
+    const bool inOrder = rank == 1 || (array->Sizes.size() == rank &&
+                                       std::equal(sizes.begin() + 1, sizes.end(), array->Sizes.begin() + 1));
     Array* old = mMemory.NewArray(array->T, array->Element, rank, array->Structure);
     Slot holder;  // lets the old elements go at the end
     holder.A = old;
-    std::swap(old->Data, array->Data);
-    std::swap(old->Count, array->Count);
-    std::swap(old->Capacity, array->Capacity);
-    std::swap(old->Sizes, array->Sizes);
     try {
-        ResizeArray(mMemory, *array, count);
+        if (inOrder)
+            ResizeInOrder(*array, count, *old);
+        else
+            Rearrange(*array, count, sizes, *old);
     } catch (...) {
         Put(holder, nullptr);
         throw;
     }
-    if (rank > 1) array->Sizes = sizes;
-    if (rank == 1) old->Sizes = {old->Count};
-    if (rank == 1) sizes = {count};
+    if (rank > 1) array->Sizes = std::move(sizes);
+    Put(holder, nullptr);
+}
+
+// What has no place any more comes to `gone`. The smaller part of the elements moves.
+void Machine::ResizeInOrder(Array& array, int64_t count, Array& gone) {
+    const int64_t over = array.Count - count;
+    const size_t size = ElementSize(array.Element);
+    const auto bytes = [size](int64_t elements) {
+        return static_cast<size_t>(elements) * size;
+    };
+    if (over <= 0 || array.Element != ElementKind::Reference) return ResizeArray(mMemory, array, count);
+    if (over <= count) {
+        ResizeArray(mMemory, gone, over);
+        std::memcpy(gone.Data, array.Data + bytes(count), bytes(over));
+        std::memset(array.Data + bytes(count), 0, bytes(over));
+        return ResizeArray(mMemory, array, count);
+    }
+    gone.SwapElements(array);
+    ResizeArray(mMemory, array, count);
+    if (count == 0) return;
+    std::memcpy(array.Data, gone.Data, bytes(count));
+    std::memset(gone.Data, 0, bytes(count));
+}
+
+// Elements keep their indices in all dimensions.
+void Machine::Rearrange(Array& array, int64_t count, const std::vector<int64_t>& sizes, Array& gone) {
+    const size_t size = ElementSize(array.Element);
+    Array* old = &gone;
+    old->SwapElements(array);
+    std::swap(old->Sizes, array.Sizes);
+    ResizeArray(mMemory, array, count);
     if (old->Sizes.size() != sizes.size()) old->Sizes.assign(sizes.size(), 0);
     for (int64_t from = 0; from < old->Count; ++from) {
         int64_t rest = from, place = 0, scale = 1;
@@ -85,10 +147,9 @@ void Machine::ReDim(Array* array, const Slot* bounds, uint32_t rank) {
         }
         if (!fits) continue;
         char* source = old->Data + static_cast<size_t>(from) * size;
-        std::memcpy(array->Data + static_cast<size_t>(place) * size, source, size);
+        std::memcpy(array.Data + static_cast<size_t>(place) * size, source, size);
         std::memset(source, 0, size);
     }
-    Put(holder, nullptr);
 }
 
 int64_t Machine::FlatIndex(const Array* array, const Slot* indices) {
@@ -113,12 +174,12 @@ void Machine::MakeDelegate(Slot& to, Object* target, const DelegateShape& shape)
     delegate->Function = function;
     if (shape.Calls != How::Static) {
         delegate->HasTarget = true;
-        delegate->Target = target;
-        delegate->Weak = shape.Weak;
-        if (shape.Weak)
-            target->Watched = true;
-        else
+        if (shape.Weak) {
+            mMemory.SetWeakTarget(*delegate, *target);
+        } else {
+            delegate->Target = target;
             Memory::Retain(target);
+        }
     }
     Put(to, delegate);
 }

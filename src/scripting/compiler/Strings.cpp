@@ -4,6 +4,8 @@
 #include <cstring>
 #include <new>
 
+#include "platform/TextCoding.h"
+
 namespace sorbel::script {
 
 namespace {
@@ -24,8 +26,27 @@ bool AllAscii(StringView text) {
     return true;
 }
 
+// The order of folded texts, which are folded only as far as they are the same.
+int CompareFolded(StringView x, StringView y) {
+    while (!x.empty() && !y.empty()) {
+        const Character a = FirstCharacter(x), b = FirstCharacter(y);
+        // A stray byte may look like the beginning of a character.
+        if (a.CodePoint < 0 || b.CodePoint < 0) return Fold(x).compare(Fold(y));
+        if (a.CodePoint != b.CodePoint)
+            if (const int order = Fold(a.Bytes).compare(Fold(b.Bytes))) return order;
+        x.remove_prefix(a.Bytes.size());
+        y.remove_prefix(b.Bytes.size());
+    }
+    return static_cast<int>(!x.empty()) - static_cast<int>(!y.empty());
+}
+
+// Whether a byte may go on with a character. Where one does not, a character begins.
+bool GoesOn(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
 bool StartsInside(StringView text) {
-    return !text.empty() && (static_cast<unsigned char>(text[0]) & 0xC0) == 0x80;
+    return !text.empty() && GoesOn(text[0]);
 }
 
 }  // namespace
@@ -41,20 +62,20 @@ int64_t CountCharacters(Text* text) {
 size_t ByteOf(Memory& memory, Text* text, int64_t character) {
     if (IsAscii(text)) return static_cast<size_t>(character);
     const StringView view = text->View();
-    if (!text->Index) {
-        const size_t marks = text->Characters / Text::IndexStep + 1;
-        text->Index = static_cast<uint32_t*>(memory.Allocate(marks * sizeof(uint32_t)));
-        size_t byte = 0;
-        for (size_t mark = 0; mark < marks; ++mark) {
-            text->Index[mark] = static_cast<uint32_t>(byte);
-            for (uint32_t step = 0; step < Text::IndexStep && byte < view.size(); ++step)
-                byte += FirstCharacter(view.substr(byte)).Bytes.size();
-        }
+    const auto skip = [view](size_t byte, int64_t characters) {
+        for (; characters > 0 && byte < view.size(); --characters)
+            byte += FirstCharacter(view.substr(byte)).Bytes.size();
+        return byte;
+    };
+    // The index may be of a time when the text was shorter.
+    if (character / Text::IndexStep >= text->Marks) {
+        uint32_t mark = text->Marks;
+        memory.ExtendIndex(*text, text->Characters / Text::IndexStep + 1);
+        if (mark == 0) text->Index[mark++] = 0;
+        for (; mark < text->Marks; ++mark)
+            text->Index[mark] = static_cast<uint32_t>(skip(text->Index[mark - 1], Text::IndexStep));
     }
-    size_t byte = text->Index[character / Text::IndexStep];
-    for (int64_t step = character % Text::IndexStep; step > 0 && byte < view.size(); --step)
-        byte += FirstCharacter(view.substr(byte)).Bytes.size();
-    return byte;
+    return skip(text->Index[character / Text::IndexStep], character % Text::IndexStep);
 }
 
 bool SameText(Text* a, Text* b) {
@@ -70,25 +91,59 @@ bool SameText(Text* a, Text* b) {
 
 int CompareTexts(Text* a, Text* b) {
     const StringView x = ViewOf(a), y = ViewOf(b);
-    if (!IsAscii(a) || !IsAscii(b)) return Fold(x).compare(Fold(y));
+    if (!IsAscii(a) || !IsAscii(b)) return CompareFolded(x, y);
     const size_t shared = std::min(x.size(), y.size());
     for (size_t at = 0; at < shared; ++at)
         if (const int order = Lower(x[at]) - Lower(y[at])) return order;
     return x.size() < y.size() ? -1 : x.size() > y.size();
 }
 
-int64_t FindText(int64_t start, Text* text, Text* term) {
+// Looks in pieces, since a folded copy of all the rest would be too much for a term that is near. Pieces
+// begin and end where characters do, and overlap by the term.
+std::optional<Place> FindFolded(StringView text, StringView term) {
+    const size_t most = 4 * term.size();  // bytes that the term may take: a character has at most four
+    size_t begin = 0;
+    for (size_t size = 256 + 2 * most;; size *= 2) {
+        size_t end = text.size() - begin <= size ? text.size() : begin + size;
+        while (end < text.size() && GoesOn(text[end]))
+            ++end;
+        const StringView piece = text.substr(begin, end - begin);
+        if (const int64_t found = InStr(1, piece, term); found > 0) {
+            const size_t before = coding::Measure(piece, found - 1).Bytes;
+            const StringView rest = piece.substr(before);
+            return Place{begin + before, coding::Measure(rest, Len(term)).Bytes};
+        }
+        if (end == text.size()) return std::nullopt;
+        size_t next = end - most;
+        while (next > begin && GoesOn(text[next]))
+            --next;
+        begin = next;
+    }
+}
+
+int64_t FindText(Memory& memory, int64_t start, Text* text, Text* term) {
     const StringView hay = ViewOf(text), needle = ViewOf(term);
-    if (needle.empty() || !IsAscii(text) || !IsAscii(term)) return InStr(start, hay, needle);
+    if (needle.empty() || !IsAscii(text) || !IsAscii(term)) {
+        const int64_t skipped = std::max<int64_t>(start, 1) - 1;
+        if (skipped > CountCharacters(text)) return 0;
+        if (needle.empty()) return skipped + 1;
+        const size_t from = skipped == 0 ? 0 : ByteOf(memory, text, skipped);
+        const auto found = FindFolded(hay.substr(from), needle);
+        return found ? skipped + Len(hay.substr(from, found->Byte)) + 1 : 0;
+    }
     auto at = static_cast<size_t>(std::max<int64_t>(start, 1) - 1);
     const char first = Lower(needle[0]);
     const char other = first >= 'a' && first <= 'z' ? static_cast<char>(first & ~0x20) : first;
+    // Where nearly all is the same everywhere, another way is quicker.
+    size_t patience = 4 * hay.size();
     for (; at + needle.size() <= hay.size(); ++at) {
         if (hay[at] != first && hay[at] != other) continue;
         size_t same = 1;
         while (same < needle.size() && Lower(hay[at + same]) == Lower(needle[same]))
             ++same;
         if (same == needle.size()) return static_cast<int64_t>(at + 1);
+        if (same > patience) return InStr(static_cast<int64_t>(at + 1), hay, needle);
+        patience -= same;
     }
     return 0;
 }
@@ -104,14 +159,17 @@ void AppendText(Memory& memory, Slot& to, const Slot& a, const Slot& b) {
         return memory.Release(old);
     }
     if (before + added >= Memory::Limit) FailMemory();
-    const bool known = left->Characters != Text::Unknown && right->Characters != Text::Unknown &&
-                       !StartsInside(right->View());
+    // Counting what is added is little work; counting all of it again would be much.
+    const bool known = left->Characters != Text::Unknown && !StartsInside(right->View());
+    if (known) CountCharacters(right);
     const uint32_t characters = known ? left->Characters + right->Characters : Text::Unknown;
     const bool ascii = known && left->Ascii && right->Ascii;
     const bool grows = &to == &a;
     Text* result = left;
     if (grows && left->References == 1) {
-        memory.DropIndex(*left);
+        if (!known) memory.DropIndex(*left);
+        if (left->Watched) memory.Fields().Forget(left);
+        left->Watched = false;
         if (before + added > left->Capacity) {
             const size_t bytes = Memory::Room(sizeof(Text) + std::max(before * 2, before + added + 16));
             result = static_cast<Text*>(memory.Resize(left, sizeof(Text) + left->Capacity, bytes));

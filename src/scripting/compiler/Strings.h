@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/Text.h"
 #include "scripting/compiler/Heap.h"
 
@@ -24,8 +26,15 @@ int64_t CountCharacters(Text* text);
 [[nodiscard]] bool SameText(Text* a, Text* b);
 [[nodiscard]] int CompareTexts(Text* a, Text* b);
 
-/// The place of a term, as `InStr` of the platform, quick for plain text.
-[[nodiscard]] int64_t FindText(int64_t start, Text* text, Text* term);
+/// Bytes of a text.
+struct Place {
+    size_t Byte;
+    size_t Size;
+};
+/// Where a term is that is not empty, without regard to letter case.
+[[nodiscard]] std::optional<Place> FindFolded(StringView text, StringView term);
+/// The place of a term, as `InStr` of the platform, quick for plain text and for what is near.
+[[nodiscard]] int64_t FindText(Memory& memory, int64_t start, Text* text, Text* term);
 
 /// `to` becomes `a` with `b` behind it. Grows `a` where it is if `to` is where `a` lies and nobody else has
 /// it.
