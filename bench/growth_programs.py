@@ -193,7 +193,9 @@ TEXTS_READ = [
     Kind("walk with InStr, not ASCII", 20000, on_text("éb", SEARCH % ("b", "b"))),
     Kind("walk with InStr, term not ASCII", 20000, on_text("aé", SEARCH % ("É", "É"))),
     Kind("walk with InStrB", 100000, on_text("éb", SEARCH.replace("InStr", "InStrB") % ("b", "b"))),
-    Kind("walk with InStr, once found", 1000000, on_text("é", 'c = InStr(s, "x")')),
+    Kind("InStr, nothing found", 1000000, on_text("é", 'c = InStr(s, "x")')),
+    Kind("InStr, all alike", 10000, on_text("a", 'c = InStr(s + s, s + "b")')),
+    Kind("InStrB, all alike", 10000, on_text("a", 'c = InStrB(s + s, s + "b")')),
     Kind("walk with NthField", 20000, on_text("one,", FIELDS % (",", ","))),
     Kind("walk with NthField, not ASCII", 20000, on_text("é—", FIELDS % ("—", "—"))),
     Kind("walk with NthField, two texts", 10000, on_text(

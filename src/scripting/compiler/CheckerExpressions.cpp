@@ -120,6 +120,7 @@ void Checker::UseSymbol(Expr*& expr, Symbol& symbol, Expr* self) {
             expr->Var = symbol.Var;
             expr->T = symbol.Var->T;
             expr->Kind = ExprKind::Variable;
+            symbol.Var->UsedByMethods |= !mNow.InMain;
             if (symbol.Var->Where != Variable::Storage::Field) return;
             if (!self && !hasSelf) NeedInstance(*expr, symbol, true);
             expr->Kind = ExprKind::Field;

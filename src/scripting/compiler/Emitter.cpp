@@ -163,6 +163,7 @@ void Emitter::EmitFunction(Function& function, uint32_t line, const std::functio
         mScopes.emplace_back();
         mOpen.clear();
         mFinallies.clear();
+        mTries = 0;
         mHeld.clear();
         mHolds = false;
         mLabels.clear();

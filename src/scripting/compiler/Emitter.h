@@ -92,6 +92,8 @@ class Emitter {
     void EmitDim(const Stmt& statement);
     void EmitVariable(const VariableDecl& decl);
     void EmitAssign(const Expr& target, const Expr& value);
+    bool EmitAppend(const Expr& target, const Expr& value);
+    Register Joined(const std::vector<const Expr*>& texts);
     void EmitIf(const Stmt& statement);
     void EmitSelect(const Stmt& statement);
     void EmitFor(const Stmt& statement);
@@ -143,6 +145,7 @@ class Emitter {
         Register Reg = 0;
         bool Simple = false;  // worked out in its place behind the registers
         bool Taken = false;   // its register gives the value away
+        bool Lent = false;    // likewise, and gets it back, if no other argument needs it
         Register Base = 0;    // the object or array of a ByRef place
         Register Index = 0;
     };
@@ -162,6 +165,7 @@ class Emitter {
                             Register to);
     void TakeResult(const Type* type, Register result, Register to);
     Register Window(size_t place);
+    [[nodiscard]] bool IsOnlyHere(const Variable& variable) const;
     [[nodiscard]] bool IsSimple(const Expr& expr) const;
     [[nodiscard]] bool MayChange(const Expr& expr) const;
 
@@ -196,6 +200,7 @@ class Emitter {
     std::vector<std::vector<Variable*>> mScopes;
     std::vector<Open> mOpen;
     std::vector<Finally> mFinallies;
+    int mTries = 0;  // around what is being written
     std::vector<Held> mHeld;
     bool mHolds = false;  // within a loop, whether or not it has constants
     struct NamedLabel {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "scripting/compiler/Emitter.h"
 
 namespace sorbel::script {
@@ -50,6 +52,13 @@ bool Emitter::IsSimple(const Expr& expr) const {
     }
 }
 
+// Whether a text is in a variable of which nothing is known elsewhere, not even where an exception is caught.
+// Such a variable can do without its text during a call that brings it back.
+bool Emitter::IsOnlyHere(const Variable& variable) const {
+    const bool local = variable.Where == Variable::Storage::Local || !variable.UsedByMethods;
+    return variable.T->Is(Kind::String) && IsDirect(variable) && local && mTries == 0;
+}
+
 void Emitter::PrepareArgument(Argument& argument, bool byRef, bool copies) {
     const Expr& value = *argument.Value;
     if (byRef && value.Kind != ExprKind::Variable) {
@@ -65,6 +74,7 @@ void Emitter::PrepareArgument(Argument& argument, bool byRef, bool copies) {
     }
     argument.Simple = !byRef && IsSimple(value) && !copies;
     if (argument.Simple) return;
+    argument.Lent = byRef && !copies && value.Kind == ExprKind::Variable && IsOnlyHere(*value.Var);
     argument.Reg = copies ? Own(value) : Any(value);
     argument.Taken =
         IsTemp(argument.Reg) && value.Kind != ExprKind::ReferTo && !(byRef && value.T->IsReference());
@@ -74,10 +84,11 @@ void Emitter::PrepareArgument(Argument& argument, bool byRef, bool copies) {
 // counts references lies there while something can go wrong.
 void Emitter::PassArguments(std::vector<Argument>& arguments, const MethodDecl& decl, size_t first,
                             bool check) {
+    size_t changing = arguments.size();  // the last that may change something
+    while (changing > 0 && !MayChange(*arguments[changing - 1].Value))
+        --changing;
     for (size_t at = 0; at < arguments.size(); ++at) {
-        bool later = false;
-        for (size_t other = at + 1; other < arguments.size(); ++other)
-            later |= MayChange(*arguments[other].Value);
+        const bool later = at + 1 < changing;
         const bool byRef = at >= first && decl.Params[at - first].ByRef;
         // A structure is passed as a copy of its own.
         const bool structure = arguments[at].Value->T->Is(Kind::Structure);
@@ -92,7 +103,11 @@ void Emitter::PassArguments(std::vector<Argument>& arguments, const MethodDecl& 
         const Type& type = *argument.Value->T;
         Code code = Code::Move;
         if (type.IsReference()) {
-            code = argument.Taken ? Code::ArgTake : Code::ArgRef;
+            const bool lent = argument.Lent &&
+                              std::count_if(arguments.begin(), arguments.end(), [&](const Argument& other) {
+                                  return !other.Simple && other.Reg == argument.Reg;
+                              }) == 1;
+            code = argument.Taken || lent ? Code::ArgTake : Code::ArgRef;
         }
         Put(code, Window(at), argument.Reg);
     }

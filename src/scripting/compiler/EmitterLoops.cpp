@@ -226,6 +226,7 @@ void Emitter::EmitTry(const Stmt& statement) {
     const auto place = [this] {
         return static_cast<uint32_t>(mFunction->Code.size());
     };
+    ++mTries;
     const Register caught = Temp(root);
     Label finallyStart, after, exit;
     const Register returnTo = statement.HasElse ? Temp(mInteger) : Register{0};
@@ -263,6 +264,7 @@ void Emitter::EmitTry(const Stmt& statement) {
         Put(Code::ReturnSub, returnTo);
     }
     Place(after);
+    --mTries;
 }
 
 void Emitter::EmitCatches(const Stmt& statement, Register caught, Label& exit) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "scripting/compiler/Emitter.h"
 
 namespace sorbel::script {
@@ -118,7 +120,102 @@ void Emitter::EmitVariable(const VariableDecl& decl) {
     FreeTemps(mark);
 }
 
+namespace {
+
+// Whether two expressions look as if they were the same place.
+bool SamePlace(const Expr* a, const Expr* b) {
+    if (!a || !b) return a == b;
+    const bool same = a->Kind == b->Kind && a->T == b->T && a->Var == b->Var && a->Operator == b->Operator &&
+                      a->Value == b->Value && a->Function == b->Function && a->Args.size() == b->Args.size();
+    if (!same || !SamePlace(a->Left, b->Left) || !SamePlace(a->Right, b->Right)) return false;
+    for (size_t at = 0; at < a->Args.size(); ++at)
+        if (!SamePlace(a->Args[at], b->Args[at])) return false;
+    return true;
+}
+
+// The parts of a sum of texts, from the left.
+std::vector<const Expr*> TermsOf(const Expr& value) {
+    std::vector<const Expr*> terms;
+    const Expr* first = &value;
+    for (; first->Kind == ExprKind::Binary && first->Operator == Op::Add && first->T->Is(Kind::String);
+         first = first->Left)
+        terms.push_back(first->Right);
+    terms.push_back(first);
+    std::reverse(terms.begin(), terms.end());
+    return terms;
+}
+
+}  // namespace
+
+// `place = place + a + b`: a text can grow where it is only while nobody else has it. So what is added is put
+// together first, and then the place lets go of its text until the longer one is put there. Nothing else of
+// the script runs meanwhile, and the place is written to in any case.
+bool Emitter::EmitAppend(const Expr& target, const Expr& value) {
+    std::vector<const Expr*> added = TermsOf(value);
+    const Expr& first = *added.front();
+    added.erase(added.begin());
+    const bool changes = MayChange(value);
+    const bool direct = target.Kind == ExprKind::Variable && IsDirect(*target.Var);
+    if (added.empty() || !SamePlace(&target, &first)) return false;
+    if (direct && added.size() == 1 && !changes) return false;
+    if (direct) {
+        const auto variable = static_cast<Register>(target.Var->Index);
+        if (!changes) {
+            Put(Code::Concat, variable, variable, Joined(added));
+            return true;
+        }
+        const Register before = Own(target);
+        const Register rest = Joined(added);
+        Put(Code::Take, variable, before);
+        Put(Code::Concat, variable, variable, rest);
+        return true;
+    }
+    Register holder = 0, index = 0;
+    if (target.Kind != ExprKind::Variable) holder = changes ? Own(*target.Left) : Any(*target.Left);
+    if (target.Kind == ExprKind::Subscript) {
+        index = ArrayIndex(target, holder);
+        if (changes && !IsTemp(index)) {
+            const Register copy = Temp(mInteger);
+            Put(Code::Move, copy, index);
+            index = copy;
+        }
+    }
+    const auto write = [&](Register text) {
+        if (target.Kind == ExprKind::Variable)
+            PutWide(Code::SetTopRef, text, target.Var->Index);
+        else if (target.Kind == ExprKind::Field)
+            Put(Code::SetFieldTake, holder, text, target.Var->Index);
+        else
+            Put(Code::SetElementTake, holder, index, text);
+    };
+    const Register text = Own(first);
+    const Register rest = Joined(added);
+    const Register nothing = Temp(target.T);
+    Put(Code::LoadNull, nothing);
+    write(nothing);
+    Put(Code::Concat, text, text, rest);
+    write(text);
+    return true;
+}
+
+// Texts one behind the other, in one register.
+Emitter::Register Emitter::Joined(const std::vector<const Expr*>& texts) {
+    const auto changes = [this](const Expr* text) {
+        return MayChange(*text);
+    };
+    const bool changed = std::any_of(texts.begin() + 1, texts.end(), changes);
+    Register joined = changed ? Own(*texts[0]) : Any(*texts[0]);
+    for (size_t at = 1; at < texts.size(); ++at) {
+        const Register right = Any(*texts[at]);
+        const Register to = IsTemp(joined) ? joined : Temp(texts[0]->T);
+        Put(Code::Concat, to, joined, right);
+        joined = to;
+    }
+    return joined;
+}
+
 void Emitter::EmitAssign(const Expr& target, const Expr& value) {
+    if (target.T->Is(Kind::String) && EmitAppend(target, value)) return;
     if (target.Kind == ExprKind::Variable && IsDirect(*target.Var))
         return Into(value, static_cast<Register>(target.Var->Index));
     if (target.Kind == ExprKind::Variable) {

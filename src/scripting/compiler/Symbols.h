@@ -16,6 +16,7 @@ struct Variable {
     uint32_t Index = 0;  // of the register or field
     bool IsParameter = false;
     bool IsProperty = false;  // a plain property, of an object or shared
+    bool UsedByMethods = false;
     VariableDecl* Decl = nullptr;
     Symbol* Sym = nullptr;
     const Method* In = nullptr;  // whose local it is; null in the main program
