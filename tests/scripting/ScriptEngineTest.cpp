@@ -8,6 +8,7 @@
 #include "platform/Clock.h"
 #include "platform/FileContents.h"
 #include "platform/SpecialFolder.h"
+#include "scripting/EscapeWatch.h"
 #include "scripting/Scripting.h"
 #include "support/FakeBackend.h"
 #include "support/TemporaryFolder.h"
@@ -114,6 +115,25 @@ TEST(ScriptsMenu, FollowsTheFolderAsIfMadeAnew) {
     RebuildMenu(menu, app);
     EXPECT_EQ(&menu.Item(0), first) << "nothing has changed";
     EXPECT_TRUE(folder->Child("Samples")->Child("Sample.sorbel_script")->Exists());
+}
+
+TEST(EscapeWatch, IsBusyOnlyWithAScriptThatTakesLong) {
+    FakeBackend desktop;
+    script::Attention attention;
+    EscapeWatch watch(desktop);
+    watch.Begin(attention);
+    watch.End();
+    EXPECT_EQ(desktop.BusyTimes, 0);
+    watch.Begin(attention);
+    EXPECT_FALSE(watch.Stops());
+    EXPECT_EQ(desktop.Busy, 1);
+    desktop.EscapePressed = true;
+    EXPECT_TRUE(watch.Stops());
+    desktop.EscapePressed = true;  // too late
+    watch.End();
+    EXPECT_FALSE(desktop.EscapePressed);
+    EXPECT_EQ(desktop.Busy, 0);
+    EXPECT_EQ(desktop.BusyTimes, 1);
 }
 
 /// How many of five dialogs in a row come up when each is left `pause` ticks after it came.

@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/Exceptions.h"
@@ -37,7 +38,8 @@ class FakeBackend : public Backend {
     /// The screen is to be brought up to date.
     std::function<void()> WhenShowing;
     bool LaunchFails = false;
-    bool EscapeLeaves = false;  ///< message dialogs
+    bool EscapeLeaves = false;   ///< message dialogs
+    bool EscapePressed = false;  ///< while long work goes on
 
     // --- What happened ---
     struct SaveQuestion {
@@ -117,6 +119,7 @@ class FakeBackend : public Backend {
         Busy += busy ? 1 : -1;
         BusyTimes += busy ? 1 : 0;
     }
+    [[nodiscard]] bool LookForEscape() override { return std::exchange(EscapePressed, false); }
     void Beep() override { ++Beeps; }
     void Notify(StringView title, StringView text) override { Notices.emplace_back(title, text); }
     void Launch(const FolderItem& item) override {
