@@ -79,9 +79,11 @@ class Checker {
     void Show(Symbol& symbol, Type* owner, Visibility visible);
     [[nodiscard]] Symbol* FindMember(const Type* type, NameId name) const;
     [[nodiscard]] Symbol* FindImported(const Type* around, NameId name) const;
-    [[nodiscard]] const Type* FindType(const TypeName& named, Error missing = Error::NoSuchType);
+    [[nodiscard]] const Type* FindType(const TypeName& named, Error missing = Error::NoSuchType,
+                                       Error module = Error::ExpectedType);
     [[nodiscard]] const Type* FindWholeType(const TypeName& named);
     [[nodiscard]] String Suggestion(const String& name, bool classes) const;
+    [[noreturn]] void FailUnknown(NameId name, uint32_t line) const;
     void CheckVisible(const Symbol& symbol, uint32_t line) const;
     [[nodiscard]] bool Sees(Visibility visible, const Type* owner) const;
 
@@ -210,6 +212,7 @@ class Checker {
         };
         std::vector<OpenBlock> Blocks;
         bool InMain = false;
+        bool InConstant = false;
         std::unordered_map<NameId, const Stmt*> Labels;
     };
 

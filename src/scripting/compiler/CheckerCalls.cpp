@@ -14,7 +14,7 @@ void Checker::CheckCall(Expr*& expr, const Type* expected) {
             const String name = sorbel::Fold(Spell(callee->Name));
             if (name == "gettypeinfo") Fail(Error::Introspection, expr->Line);
             if (CallNative(expr, name, nullptr)) return;
-            Fail(Error::UndefinedIdentifier, callee->Line);
+            FailUnknown(callee->Name, callee->Line);
         }
     } else if (callee->Kind == ExprKind::Member) {
         CheckExpr(callee->Left);

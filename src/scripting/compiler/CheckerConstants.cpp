@@ -13,6 +13,7 @@ void Checker::Evaluate(Constant& constant) {
     Context before = std::move(mNow);
     mNow = {};
     mNow.Owner = constant.Owner;
+    mNow.InConstant = true;
     if (constant.Member) {
         EvaluateMember(constant);
     } else {

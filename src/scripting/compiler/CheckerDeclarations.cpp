@@ -169,7 +169,7 @@ void Checker::ResolveHeritage(Type& type) {
     TypeDecl& decl = *type.Decl;
     if (type.Is(Kind::Class)) ResolveClassHeritage(type);
     for (const TypeName& named : decl.Interfaces) {
-        const Type* part = FindType(named);
+        const Type* part = FindType(named, Error::NoSuchType, Error::NotAnInterface);
         if (!part->Is(Kind::Interface)) Fail(Error::NotAnInterface, named.Line);
         // Only what is aggregated already can be part of a circle.
         if (part == &type || (mAggregated.contains(&type) && part->Aggregates(&type)))
@@ -190,7 +190,7 @@ void Checker::ResolveClassHeritage(Type& type) {
     type.Base = mTypes.Root();
     const TypeName& named = type.Decl->Base;
     if (!named.Given()) return;
-    const Type* base = FindType(named, Error::NoSuchClass);
+    const Type* base = FindType(named, Error::NoSuchClass, Error::InheritNonClass);
     if (!base->Is(Kind::Class)) Fail(Error::InheritNonClass, named.Line);
     if (base->ComesFrom(&type)) Fail(Error::OwnSuperclass, named.Line);
     type.Base = const_cast<Type*>(base);

@@ -96,7 +96,7 @@ void Checker::CheckName(Expr*& expr) {
     if (Symbol* symbol = FindName(expr->Name)) return UseSymbol(expr, *symbol, nullptr);
     expr->HasList = false;
     if (CallNative(expr, Spell(expr->Name), nullptr)) return;
-    Fail(Error::UndefinedIdentifier, expr->Line);
+    FailUnknown(expr->Name, expr->Line);
 }
 
 Expr* Checker::ImplicitSelf(uint32_t line) {

@@ -46,6 +46,15 @@ void Checker::Show(Symbol& symbol, Type* owner, Visibility visible) {
     if (same.empty() || same.back() != &symbol) same.push_back(&symbol);
 }
 
+// Constants are worked out before there are variables, but one that names a variable has its own message.
+void Checker::FailUnknown(NameId name, uint32_t line) const {
+    if (mNow.InConstant)
+        for (const Stmt* statement : mTree.Main)
+            for (const VariableDecl& decl : statement->Vars)
+                if (decl.Name == name) Fail(Error::ConstNeedsConstant, line);
+    Fail(Error::UndefinedIdentifier, line);
+}
+
 Symbol* Checker::FindMember(const Type* type, NameId name) const {
     if (const auto found = type->Own.find(name); found != type->Own.end()) return found->second;
     if (type->Base)
@@ -125,7 +134,7 @@ String Checker::Suggestion(const String& name, bool classes) const {
     return best;
 }
 
-const Type* Checker::FindType(const TypeName& named, Error missing) {
+const Type* Checker::FindType(const TypeName& named, Error missing, Error module) {
     Symbol* symbol = FindName(named.Path[0]);
     const bool qualified = named.Path.size() > 1;
     const String& first = Spell(named.Path[0]);
@@ -148,8 +157,9 @@ const Type* Checker::FindType(const TypeName& named, Error missing) {
         CheckVisible(*inner, named.Line);
         symbol = inner;
     }
-    if (symbol->T->Is(Kind::Module)) Fail(Error::ExpectedType, named.Line, {symbol->T->Name});
-    return symbol->T;
+    if (!symbol->T->Is(Kind::Module)) return symbol->T;
+    if (module != Error::ExpectedType) Fail(module, named.Line);
+    Fail(Error::ExpectedType, named.Line, {symbol->T->Name});
 }
 
 const Type* Checker::FindWholeType(const TypeName& named) {

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "scripting/compiler/Checker.h"
 
 namespace sorbel::script {
@@ -122,8 +124,13 @@ bool Checker::CallNative(Expr*& expr, StringView name, Expr* base) {
         least = cost;
     }
     if (!best) FailNative(*expr, functions);
-    const bool plain =
-        StringView(best->Name) == "SortWith" || (StringView(best->Name) == "Sort" && expr->Args.size() == 1);
+    const bool others = StringView(best->Name) == "SortWith";
+    const bool sorts = others || StringView(best->Name) == "Sort";
+    if (sorts && std::any_of(expr->Args.begin(), expr->Args.end(), [](const Expr* argument) {
+            return argument->T && argument->T->Is(Kind::Array) && argument->T->Rank > 1;
+        }))
+        Fail(Error::NotSortable, expr->Line);
+    const bool plain = others || (sorts && expr->Args.size() == 1);
     if (plain && expr->Args[0]->T->Element->K > Kind::String) Fail(Error::NotSortable, expr->Line);
     expr->Kind = ExprKind::Native;
     FinishNative(*expr, *best);

@@ -189,7 +189,8 @@ void Checker::CheckVariable(VariableDecl& decl, bool isStatic) {
     for (Expr*& bound : decl.Bounds)
         CheckInteger(bound, Error::BoundsNotInteger);
     if (decl.Init) {
-        if (decl.IsNew && type->Is(Kind::Array)) Fail(Error::NoArrayOfThis, decl.Line);
+        if (decl.IsNew && type->Is(Kind::Array))
+            Fail(decl.HasBounds ? Error::OneNewPerDim : Error::NoArrayOfThis, decl.Line);
         CheckConverted(decl.Init, type,
                        type->Is(Kind::Array) ? Error::AssignWholeArray : Error::AssignIncompatible);
     }

@@ -183,6 +183,7 @@ enum class Error : int {
     ValueExpected = 190,
     NewNonClass = 191,
     NewDidYouMean = 192,
+    NotAvailable = 193,
     TooManyArguments = 194,
     TooManyArgumentsOptional = 195,
     MissingArgument = 196,

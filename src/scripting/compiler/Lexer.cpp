@@ -57,6 +57,13 @@ class Lexer {
         mSpace = false;
         return mTokens.emplace_back(std::move(token));
     }
+    /// What other languages write here, and what to write instead.
+    void AddUnavailable(size_t start, const char* instead) {
+        const String found(mSource.substr(start, mAt - start));
+        Token& token = Add(Tok::Bad, start);
+        token.Integer = static_cast<int64_t>(Error::NotAvailable);
+        token.Text = found + " (write " + instead + ")";
+    }
     void AddBad(Error number, size_t start) { Add(Tok::Bad, start).Integer = static_cast<int64_t>(number); }
 
     void ReadOne() {
@@ -70,6 +77,10 @@ class Lexer {
             SkipComment();
         } else if (c == '_' && !ContinuesName(Peek(1)) && ContinuesLine()) {
             return;
+        } else if (const char* plain = PlainQuote()) {
+            const size_t start = mAt;
+            mAt += FirstCharacter(mSource.substr(mAt)).Bytes.size();
+            AddUnavailable(start, plain);
         } else if (StartsName(c)) {
             ReadName();
         } else if (IsDigit(c) || (c == '.' && IsDigit(Peek(1)))) {
@@ -113,9 +124,19 @@ class Lexer {
         return true;
     }
 
+    // The quotes that word processors make of plain ones; null elsewhere.
+    const char* PlainQuote() const {
+        static constexpr StringView marks[] = {"\u2018", "\u2019", "\u201A", "\u201B", "\u201C",
+                                               "\u201D", "\u201E", "\u201F", "\u00AB", "\u00BB"};
+        if (static_cast<unsigned char>(Peek()) < 0x80) return nullptr;
+        for (size_t at = 0; at < std::size(marks); ++at)
+            if (mSource.substr(mAt, marks[at].size()) == marks[at]) return at < 4 ? "'" : "\"";
+        return nullptr;
+    }
+
     void ReadName() {
         const size_t start = mAt;
-        while (mAt < mSource.size() && ContinuesName(Peek()))
+        while (mAt < mSource.size() && ContinuesName(Peek()) && !PlainQuote())
             ++mAt;
         const StringView spelling = mSource.substr(start, mAt - start);
         const String folded = Fold(spelling);
@@ -188,6 +209,14 @@ class Lexer {
         Add(Tok::Text, start).Text = std::move(text);
     }
 
+    // Behind a value no literal can begin. Behind a name one can, if there is a blank: `Print &h1F`.
+    bool FollowsValue() const {
+        if (mTokens.empty()) return false;
+        const Tok last = mTokens.back().Kind;
+        return last == Tok::Text || last == Tok::RightParen || last == Tok::Integer || last == Tok::Real ||
+               (last == Tok::Identifier && !mSpace);
+    }
+
     // &h1F, &b101, &o17 are numbers, &cFF8000 a colour and &u41 a character.
     void ReadPrefixed() {
         const size_t start = mAt++;
@@ -196,7 +225,7 @@ class Lexer {
                          : kind == 'o'                               ? 8
                          : kind == 'h' || kind == 'c' || kind == 'u' ? 16
                                                                      : 0;
-        if (base == 0) return AddBad(Error::Syntax, start);
+        if (base == 0 || FollowsValue()) return AddUnavailable(start, "+ to join texts");
         const char* first = mSource.data() + ++mAt;
         uint64_t value = 0;
         const auto result = std::from_chars(first, mSource.data() + mSource.size(), value, base);

@@ -20,7 +20,7 @@ Parser::Parser(const std::vector<Token>& tokens, Names& names, Tree& tree)
 
 // program = { declaration | statement }
 void Parser::ReadProgram() {
-    if (At(Tok::Bad)) Fail(static_cast<Error>(Now().Integer), Line());
+    CheckReadable();
     mTree.Top.K = Kind::Module;
     for (SkipLines(); !At(Tok::End); SkipLines()) {
         if (!ReadDeclaration(mTree.Top)) ReadStatement(mTree.Main);
@@ -34,10 +34,17 @@ const Token& Parser::Ahead(size_t count) const {
     return mTokens[std::min(mAt + count, mTokens.size() - 1)];
 }
 
+void Parser::CheckReadable() const {
+    if (!At(Tok::Bad)) return;
+    std::vector<String> details;
+    if (!Now().Text.empty()) details.push_back(Now().Text);
+    Fail(static_cast<Error>(Now().Integer), Line(), std::move(details));
+}
+
 const Token& Parser::Take() {
     const Token& taken = mTokens[mAt];
     if (taken.Kind != Tok::End) ++mAt;
-    if (At(Tok::Bad)) Fail(static_cast<Error>(Now().Integer), Line());
+    CheckReadable();
     return taken;
 }
 

@@ -34,6 +34,7 @@ class Parser {
     [[nodiscard]] bool At(Tok kind) const { return Now().Kind == kind; }
     [[nodiscard]] bool AtWord(NameId word) const { return At(Tok::Identifier) && Now().Name == word; }
     [[nodiscard]] bool AtEnd(Tok kind) const { return At(Tok::KEnd) && Ahead(1).Kind == kind; }
+    void CheckReadable() const;
     const Token& Take();
     bool Accept(Tok kind);
     const Token& Expect(Tok kind);

@@ -145,7 +145,7 @@ void Parser::ReadHeritage(TypeDecl& type) {
 
 void Parser::ReadMembers(TypeDecl& type, Tok end) {
     for (SkipLines(); !AtEnd(end); SkipLines()) {
-        if (At(Tok::End) || At(Tok::KEnd)) Fail(Error::Syntax, type.Line);
+        if (At(Tok::End) || At(Tok::KEnd)) Fail(Error::Syntax, At(Tok::End) ? type.Line : Line());
         ReadDeclaration(type);
         EndStatement();
     }
@@ -172,7 +172,7 @@ void Parser::FailSize(const TypeName& type) {
 // field = name [ "(" bound ")" ] "As" type [ "*" size ]
 void Parser::ReadStructureMembers(TypeDecl& type) {
     for (SkipLines(); !AtEnd(Tok::KStructure); SkipLines()) {
-        if (At(Tok::End) || At(Tok::KEnd)) Fail(Error::Syntax, type.Line);
+        if (At(Tok::End) || At(Tok::KEnd)) Fail(Error::Syntax, At(Tok::End) ? type.Line : Line());
         if (!Accept(Tok::KDim)) Accept(Tok::KVar);
         PropertyDecl property;
         property.Plain = ReadVariable();
@@ -186,7 +186,7 @@ void Parser::ReadStructureMembers(TypeDecl& type) {
 // member = name [ "=" expression ]
 void Parser::ReadEnumMembers(TypeDecl& type) {
     for (SkipLines(); !AtEnd(Tok::KEnum); SkipLines()) {
-        if (At(Tok::End) || At(Tok::KEnd)) Fail(Error::Syntax, type.Line);
+        if (At(Tok::End) || At(Tok::KEnd)) Fail(Error::Syntax, At(Tok::End) ? type.Line : Line());
         EnumMember member;
         member.Line = Line();
         member.Name = DeclaredName();

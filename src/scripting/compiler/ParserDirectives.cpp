@@ -63,6 +63,69 @@ bool Parser::DirectiveCondition() {
     return std::get<bool>(value);
 }
 
+namespace {
+
+std::optional<double> RealOf(const ConstantValue& value) {
+    if (const double* real = std::get_if<double>(&value)) return *real;
+    if (const int64_t* number = std::get_if<int64_t>(&value)) return static_cast<double>(*number);
+    return {};
+}
+
+bool Holds(Op op, int order) {
+    switch (op) {
+        case Op::Equal:
+            return order == 0;
+        case Op::NotEqual:
+            return order != 0;
+        case Op::Less:
+            return order < 0;
+        case Op::LessEqual:
+            return order <= 0;
+        case Op::Greater:
+            return order > 0;
+        default:
+            return order >= 0;
+    }
+}
+
+template <typename T>
+int OrderOf(const T& a, const T& b) {
+    return a < b ? -1 : b < a;
+}
+
+// As the language compares: texts without regard to letter case, numbers of any kind with each other.
+ConstantValue Compared(Op op, const ConstantValue& left, const ConstantValue& right) {
+    const String *x = std::get_if<String>(&left), *y = std::get_if<String>(&right);
+    if (x && y) return Holds(op, OrderOf(Fold(*x), Fold(*y)));
+    const int64_t *i = std::get_if<int64_t>(&left), *j = std::get_if<int64_t>(&right);
+    if (i && j) return Holds(op, OrderOf(*i, *j));
+    const auto a = RealOf(left), b = RealOf(right);
+    if (a && b) return Holds(op, OrderOf(*a, *b));
+    const bool truths = std::holds_alternative<bool>(left) && std::holds_alternative<bool>(right);
+    if (!truths || (op != Op::Equal && op != Op::NotEqual)) return {};
+    return (left == right) == (op == Op::Equal);
+}
+
+// Arithmetic of numbers; nothing where there is no result.
+ConstantValue Worked(Op op, const ConstantValue& left, const ConstantValue& right) {
+    const int64_t *i = std::get_if<int64_t>(&left), *j = std::get_if<int64_t>(&right);
+    const auto a = RealOf(left), b = RealOf(right);
+    if (!a || !b) return {};
+    int64_t whole = 0;
+    if (op == Op::Add && i && j) return __builtin_add_overflow(*i, *j, &whole) ? ConstantValue() : whole;
+    if (op == Op::Subtract && i && j) return __builtin_sub_overflow(*i, *j, &whole) ? ConstantValue() : whole;
+    if (op == Op::Multiply && i && j) return __builtin_mul_overflow(*i, *j, &whole) ? ConstantValue() : whole;
+    if (op == Op::Add) return *a + *b;
+    if (op == Op::Subtract) return *a - *b;
+    if (op == Op::Multiply) return *a * *b;
+    if (op == Op::Divide && *b != 0) return *a / *b;
+    if (!i || !j || *j == 0 || (op != Op::IntegerDivide && op != Op::Modulo)) return {};
+    if (*j == -1) return Worked(Op::Subtract, int64_t{0}, op == Op::Modulo ? int64_t{0} : *i);
+    return op == Op::Modulo ? *i % *j : *i / *j;
+}
+
+}  // namespace
+
 // The value of an expression of literals, constants that stand above, and logic; nothing if it is not
 // constant.
 ConstantValue Parser::DirectiveValue(const Expr& expr) const {
@@ -74,16 +137,17 @@ ConstantValue Parser::DirectiveValue(const Expr& expr) const {
         const auto found = mConstants.find(expr.Name);
         return found == mConstants.end() ? ConstantValue() : DirectiveValue(*found->second);
     }
-    if (expr.Kind == ExprKind::Unary && expr.Operator == Op::Not) {
+    if (expr.Kind == ExprKind::Unary) {
         const ConstantValue value = DirectiveValue(*expr.Left);
+        if (expr.Operator == Op::Negate) return Worked(Op::Subtract, int64_t{0}, value);
         if (const bool* flag = std::get_if<bool>(&value)) return !*flag;
         return value;
     }
     if (expr.Kind != ExprKind::Binary) return {};
     const ConstantValue left = DirectiveValue(*expr.Left), right = DirectiveValue(*expr.Right);
     if (left.index() == 0 || right.index() == 0) return {};
-    if (expr.Operator == Op::Equal) return left == right;
-    if (expr.Operator == Op::NotEqual) return left != right;
+    if (IsComparison(expr.Operator)) return Compared(expr.Operator, left, right);
+    if (expr.Operator < Op::Equal) return Worked(expr.Operator, left, right);
     const bool *a = std::get_if<bool>(&left), *b = std::get_if<bool>(&right);
     if (!a || !b) return {};
     if (expr.Operator == Op::And) return *a && *b;

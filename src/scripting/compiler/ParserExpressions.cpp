@@ -226,8 +226,6 @@ Expr* Parser::ReadPrimary() {
             expr->Parenthesised = true;
             return expr;
         }
-        case Tok::RightParen:
-            Fail(Error::TooManyParentheses, token.Line);
         default:
             Fail(Error::Syntax, token.Line);
     }

@@ -18,7 +18,8 @@ void Parser::ReadBlock(Block& block, const Stop& stop, Error missing, uint32_t o
             case Tok::KCase:
             case Tok::KCatch:
             case Tok::KFinally:
-                Fail(missing, opened);
+                // What ends no block by itself is wrong where it stands.
+                Fail(missing, missing == Error::Syntax && !At(Tok::End) ? Line() : opened);
             default:
                 break;
         }

@@ -77,7 +77,7 @@ struct Token {
     StringView Spelling;
     int64_t Integer = 0;  // also a colour, and the error number of a Bad one
     double Real = 0;
-    String Text;  // of a literal, with doubled quotes made single
+    String Text;  // of a literal, with doubled quotes made single; what is to be said about a Bad one
 };
 
 [[nodiscard]] inline bool IsKeyword(Tok kind) {
