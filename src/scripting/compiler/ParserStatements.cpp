@@ -180,7 +180,11 @@ void Parser::ReadVariables(std::vector<VariableDecl>& vars) {
         if (!vars.back().Named.Given()) continue;
         for (size_t at = vars.size() - 1; at-- > 0 && !vars[at].Named.Given();) {
             if (vars.back().IsNew) Fail(Error::OneNewPerDim, vars[at].Line);
+            // The type is shared, what stands in parentheses behind a name is not.
+            const int typeRank = vars.back().Named.Rank - vars.back().OwnRank;
+            if (typeRank > 0 && vars[at].OwnRank > 0) Fail(Error::Syntax, vars[at].Line);
             vars[at].Named = vars.back().Named;
+            vars[at].Named.Rank = typeRank + vars[at].OwnRank;
             vars[at].Init = vars.back().Init;
         }
     } while (Accept(Tok::Comma));
@@ -192,10 +196,9 @@ VariableDecl Parser::ReadVariable() {
     VariableDecl decl;
     decl.Line = Line();
     decl.Name = DeclaredName();
-    int rank = 0;
     if (At(Tok::LeftParen)) {
         if (Ahead(1).Kind == Tok::RightParen || Ahead(1).Kind == Tok::Comma) {
-            rank = ReadArrayRank();
+            decl.OwnRank = ReadArrayRank();
         } else {
             Take();
             decl.HasBounds = true;
@@ -203,7 +206,7 @@ VariableDecl Parser::ReadVariable() {
                 decl.Bounds.push_back(ReadExpr());
             while (Accept(Tok::Comma));
             CloseParenthesis();
-            rank = static_cast<int>(decl.Bounds.size());
+            decl.OwnRank = static_cast<int>(decl.Bounds.size());
         }
     }
     if (!At(Tok::KAs)) return decl;
@@ -216,8 +219,8 @@ VariableDecl Parser::ReadVariable() {
         decl.Named = ReadAsType();
         if (Accept(Tok::Equal)) decl.Init = ReadExpr();
     }
-    if (rank > 0 && decl.Named.Rank > 0) Fail(Error::Syntax, decl.Line);
-    decl.Named.Rank += rank;
+    if (decl.OwnRank > 0 && decl.Named.Rank > 0) Fail(Error::Syntax, decl.Line);
+    decl.Named.Rank += decl.OwnRank;
     return decl;
 }
 

@@ -130,6 +130,7 @@ struct VariableDecl {
     NameId Name = 0;
     uint32_t Line = 0;
     TypeName Named;
+    int OwnRank = 0;  // of the parentheses behind the name
     bool HasBounds = false;
     std::vector<Expr*> Bounds;
     Expr* Init = nullptr;
