@@ -132,6 +132,9 @@ class Checker {
     void CheckReturn(Stmt& statement);
     void CheckReDim(Stmt& statement);
     void CheckAssign(Stmt& statement);
+    void ExpandChange(Stmt& statement);
+    [[nodiscard]] Expr* Repeated(Expr& target, Stmt& statement);
+    void WorkOutOnce(Expr*& expr, Stmt& statement, bool always);
     void CheckExpressionStatement(Stmt& statement);
     void CollectLabels(const Block& block);
 

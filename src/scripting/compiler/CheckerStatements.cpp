@@ -428,6 +428,7 @@ void Checker::CheckReDim(Stmt& statement) {
 }
 
 void Checker::CheckAssign(Stmt& statement) {
+    if (statement.Change != Op::None) ExpandChange(statement);
     Expr*& target = statement.A;
     // A call on the left may be one of a method with an Assigns parameter.
     Expr* callee = target->Kind == ExprKind::Call ? target->Left : target;

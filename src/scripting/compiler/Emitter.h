@@ -89,8 +89,10 @@ class Emitter {
     // Statements
     void EmitBlock(const Block& block, bool scope = true);
     void EmitStatement(const Stmt& statement);
+    void EmitOne(const Stmt& statement);
     void EmitDim(const Stmt& statement);
     void EmitVariable(const VariableDecl& decl);
+    void EmitKept(const Stmt& statement);
     void EmitAssign(const Expr& target, const Expr& value);
     bool EmitAppend(const Expr& target, const Expr& value);
     Register Joined(const std::vector<const Expr*>& texts);

@@ -26,7 +26,27 @@ void Emitter::EmitBlock(const Block& block, bool scope) {
     if (scope) CloseScope();
 }
 
+// What `a += b` needs to know once, for the time of the statement.
+void Emitter::EmitKept(const Stmt& statement) {
+    for (const VariableDecl& kept : statement.Vars) {
+        const size_t mark = Mark();
+        DeclareVariable(*kept.Var);
+        Into(*kept.Init, static_cast<Register>(kept.Var->Index), true);
+        FreeTemps(mark);
+    }
+}
+
 void Emitter::EmitStatement(const Stmt& statement) {
+    if (statement.Change == Op::None) return EmitOne(statement);
+    OpenScope();
+    EmitKept(statement);
+    const size_t mark = Mark();
+    EmitOne(statement);
+    FreeTemps(mark);
+    CloseScope();
+}
+
+void Emitter::EmitOne(const Stmt& statement) {
     switch (statement.Kind) {
         case StmtKind::Expression: {
             const bool value = !statement.A->T->Is(Kind::Void);

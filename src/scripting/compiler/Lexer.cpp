@@ -255,12 +255,13 @@ class Lexer {
         static constexpr struct {
             const char* Spelling;
             Tok Kind;
-        } symbols[] = {{"<=", Tok::LessEqual}, {">=", Tok::GreaterEqual}, {"<>", Tok::NotEqual},
-                       {"<", Tok::Less},       {">", Tok::Greater},       {"=", Tok::Equal},
-                       {"+", Tok::Plus},       {"-", Tok::Minus},         {"*", Tok::Star},
-                       {"/", Tok::Slash},      {"\\", Tok::Backslash},    {"^", Tok::Caret},
-                       {"(", Tok::LeftParen},  {")", Tok::RightParen},    {",", Tok::Comma},
-                       {".", Tok::Dot},        {":", Tok::Colon}};
+        } symbols[] = {{"+=", Tok::PlusEqual},  {"-=", Tok::MinusEqual}, {"*=", Tok::StarEqual},
+                       {"/=", Tok::SlashEqual}, {"<=", Tok::LessEqual},  {">=", Tok::GreaterEqual},
+                       {"<>", Tok::NotEqual},   {"<", Tok::Less},        {">", Tok::Greater},
+                       {"=", Tok::Equal},       {"+", Tok::Plus},        {"-", Tok::Minus},
+                       {"*", Tok::Star},        {"/", Tok::Slash},       {"\\", Tok::Backslash},
+                       {"^", Tok::Caret},       {"(", Tok::LeftParen},   {")", Tok::RightParen},
+                       {",", Tok::Comma},       {".", Tok::Dot},         {":", Tok::Colon}};
         const size_t start = mAt;
         for (const auto& symbol : symbols) {
             const size_t length = std::strlen(symbol.Spelling);

@@ -107,6 +107,7 @@ class Parser {
     void ReadHandler(Block& block);
     void ReadShort(Block& block);
     void ReadSimple(Block& block);
+    Op AcceptChange();
 
     // Expressions
     Expr* NewExpr(ExprKind kind, uint32_t line);

@@ -119,7 +119,20 @@ void Parser::ReadShort(Block& block) {
     block.push_back(statement);
 }
 
-// simple = postfix "." "ReDim" bounds | [ "Call" ] postfix [ "=" expression | expression { "," expression } ]
+// The operator in front of the `=` of an assignment.
+Op Parser::AcceptChange() {
+    static constexpr std::pair<Tok, Op> changes[] = {{Tok::PlusEqual, Op::Add},
+                                                     {Tok::MinusEqual, Op::Subtract},
+                                                     {Tok::StarEqual, Op::Multiply},
+                                                     {Tok::SlashEqual, Op::Divide}};
+    for (const auto& [token, op] : changes)
+        if (Accept(token)) return op;
+    return Op::None;
+}
+
+// simple = postfix "." "ReDim" bounds
+//        | [ "Call" ] postfix [ ( "=" | "+=" | "-=" | "*=" | "/=" ) expression | expression { "," expression
+//        } ]
 void Parser::ReadSimple(Block& block) {
     Stmt* statement = NewStmt(StmtKind::Expression);
     statement->Explicit = Accept(Tok::KCall);
@@ -147,7 +160,8 @@ void Parser::ReadSimple(Block& block) {
         block.push_back(statement);
         return;
     }
-    if (!statement->Explicit && Accept(Tok::Equal)) {
+    if (!statement->Explicit) statement->Change = AcceptChange();
+    if (statement->Change != Op::None || (!statement->Explicit && Accept(Tok::Equal))) {
         statement->Kind = StmtKind::Assign;
         statement->B = ReadExpr();
     } else if (!At(Tok::NewLine) && !At(Tok::End) && !At(Tok::KElse) && !At(Tok::RightParen)) {

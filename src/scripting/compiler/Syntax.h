@@ -221,6 +221,7 @@ struct Stmt {
     NameId Name = 0;
     TypeName Named;
     BlockKind Target = BlockKind::Any;
+    Op Change = Op::None;  // of `a += b` and its like
     script::Variable* Var = nullptr;
     script::Variable* Hidden = nullptr;  // the limit, the array or the subject
     script::Variable* Index = nullptr;
