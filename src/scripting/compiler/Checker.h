@@ -160,6 +160,8 @@ class Checker {
     void CheckAddressOf(Expr& expr, const Type* expected);
     void CheckCast(Expr*& expr);
     void CheckIsA(Expr& expr);
+    void CheckConditional(Expr*& expr, const Type* expected);
+    [[nodiscard]] const Type* SharedType(const Type* a, const Type* b, const Type* expected) const;
     void CheckRaiseEvent(Expr& expr);
     void UseSymbol(Expr*& expr, Symbol& symbol, Expr* self);
     void NeedInstance(Expr& expr, const Symbol& symbol, bool property);

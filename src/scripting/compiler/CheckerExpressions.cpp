@@ -63,6 +63,8 @@ void Checker::CheckExpr(Expr*& expr, const Type* expected) {
             return CheckCast(expr);
         case ExprKind::RaiseEvent:
             return CheckRaiseEvent(*expr);
+        case ExprKind::Conditional:
+            return CheckConditional(expr, expected);
         default:
             return;
     }

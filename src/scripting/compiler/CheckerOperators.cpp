@@ -109,6 +109,33 @@ const char* VariantFunction(Op op) {
 
 }  // namespace
 
+// The type that two values have in common; null if they have none.
+const Type* Checker::SharedType(const Type* a, const Type* b, const Type* expected) const {
+    if (a == b) return a;
+    if (expected && TypeCost(a, expected) >= 0 && TypeCost(b, expected) >= 0) return expected;
+    if (a->IsNumber() && b->IsNumber()) return mTypes.Of(CommonKind(*a, *b));
+    if (a->Is(Kind::Class) && b->Is(Kind::Class)) {
+        const Type* base = a;
+        while (base && !b->ComesFrom(base))
+            base = base->Base;
+        return base == mTypes.Root() && a != base && b != base ? nullptr : base;
+    }
+    if (a->Is(Kind::Variant) || TypeCost(a, b) < 0) return TypeCost(b, a) >= 0 ? a : nullptr;
+    return b;
+}
+
+// Only the value that the condition chooses is worked out.
+void Checker::CheckConditional(Expr*& expr, const Type* expected) {
+    CheckCondition(expr->Left);
+    Expr *&yes = expr->Args[0], *&no = expr->Args[1];
+    CheckValue(yes, expected);
+    CheckValue(no, expected);
+    const Type* type = SharedType(yes->T, no->T, expected);
+    if (!type || !Convert(yes, type) || !Convert(no, type)) Fail(Error::TypeMismatch, expr->Line);
+    expr->T = type;
+    if (expr->Left->Kind == ExprKind::Literal) expr = std::get<bool>(expr->Left->Value) ? yes : no;
+}
+
 void Checker::CheckArithmetic(Expr*& expr) {
     const Type *left = expr->Left->T, *right = expr->Right->T;
     if (left->Is(Kind::Variant) || right->Is(Kind::Variant)) {

@@ -120,6 +120,7 @@ class Emitter {
     Register Own(const Expr& expr);  ///< a register that nothing else changes
     void Into(const Expr& expr, Register to, bool place = false);
     void Copy(const Expr& from, Register reg, Register to);
+    void EmitConditional(const Expr& expr, Register to);
     void EmitLiteral(const Expr& expr, Register to);
     void EmitUnary(const Expr& expr, Register to);
     void EmitBinary(const Expr& expr, Register to);

@@ -77,12 +77,28 @@ void Emitter::Into(const Expr& expr, Register to, bool place) {
             return EmitNative(expr, to);
         case ExprKind::Host:
             return EmitHost(expr, to);
+        case ExprKind::Conditional:
+            return EmitConditional(expr, to);
         case ExprKind::Missing:
             if (expr.Left) return Into(*expr.Left, to);
             return Initialise(expr.T, to);
         default:
             Fail(Error::Backend, expr.Line);
     }
+}
+
+void Emitter::EmitConditional(const Expr& expr, Register to) {
+    Label no, done;
+    JumpIfNot(*expr.Left, no);
+    size_t mark = Mark();
+    Into(*expr.Args[0], to);
+    FreeTemps(mark);
+    JumpTo(done);
+    Place(no);
+    mark = Mark();
+    Into(*expr.Args[1], to);
+    FreeTemps(mark);
+    Place(done);
 }
 
 void Emitter::EmitLiteral(const Expr& expr, Register to) {

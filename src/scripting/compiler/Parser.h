@@ -119,6 +119,7 @@ class Parser {
     Expr* ReadPrimary();
     Expr* ReadNew();
     Expr* ReadCast();
+    Expr* ReadConditional();
     Expr* ReadAddress();
     Expr* ReadRaiseEvent();
     void ReadArguments(Expr& call);

@@ -160,7 +160,8 @@ Expr* Parser::ReadAddress() {
     return Deeper(expr);
 }
 
-// primary = literal | name | "(" expression ")" | new | address | cast | raise | "Self" | "Me" | "Super" |
+// primary = literal | name | "(" expression ")" | new | address | cast | conditional | raise | "Self" | "Me"
+// | "Super" |
 //           "Nil"
 Expr* Parser::ReadPrimary() {
     const Token& token = Now();
@@ -206,6 +207,8 @@ Expr* Parser::ReadPrimary() {
             return ReadCast();
         case Tok::KRaiseEvent:
             return ReadRaiseEvent();
+        case Tok::KIf:
+            return ReadConditional();
         case Tok::Color: {
             Expr* expr = literal(token.Integer);
             expr->Written = LiteralForm::Color;
@@ -240,6 +243,20 @@ Expr* Parser::ReadNew() {
         expr->Named.Rank = 0, expr->HasList = true;  // `New Name()` has no arguments
     else if (At(Tok::LeftParen))
         ReadArguments(*expr);
+    return Deeper(expr);
+}
+
+// conditional = "If" "(" condition "," expression "," expression ")"
+Expr* Parser::ReadConditional() {
+    Expr* expr = NewExpr(ExprKind::Conditional, Line());
+    Take();
+    ReadArguments(*expr);
+    const size_t given = expr->Args.size();
+    if (given != 3)
+        Fail(given < 3 ? Error::TooFewArguments : Error::TooManyArguments, expr->Line,
+             {std::to_string(given), "3"});
+    expr->Left = expr->Args[0];
+    expr->Args.erase(expr->Args.begin());
     return Deeper(expr);
 }
 

@@ -69,6 +69,7 @@ enum class ExprKind : uint8_t {
     Cast,  // CType(value, Type)
     RaiseEvent,
     Missing,
+    Conditional,  // If(condition, a, b): Left and both Args
     // put in place of the above by the checker
     Variable,
     Field,      // of Left
