@@ -180,6 +180,7 @@ class Checker {
     void CallAssignable(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, bool assigns);
     void FinishCall(Expr*& expr, Method& method, Expr* self);
     bool CallNative(Expr*& expr, StringView name, Expr* base);
+    [[nodiscard]] bool IsAbout(char letter, const Type& type) const;
     void FinishNative(Expr& expr, const NativeFunction& function);
     [[nodiscard]] int NativeCost(const NativeFunction& function, const std::vector<Expr*>& arguments) const;
     [[nodiscard]] const Type* ComparisonOf(const Type* array);

@@ -103,15 +103,31 @@ int Checker::NativeCost(const NativeFunction& function, const std::vector<Expr*>
     return total;
 }
 
+// Behind a dot stands only what the function is about: a text, an array, a number, a truth, a colour or a
+// Variant.
+bool Checker::IsAbout(char letter, const Type& type) const {
+    switch (letter) {
+        case 'A':
+            return type.Is(Kind::Array);
+        case 'T':
+            return type.Is(Kind::Array) && type.Rank == 1 && type.Element->Is(Kind::String);
+        case 'I':
+        case 'U':
+            return type.IsInteger();
+        case 'D':
+            return type.IsNumber();
+        default:
+            return type.Is(LetterKind(letter));
+    }
+}
+
 // Tries the library; false if it has nothing of this name.
 bool Checker::CallNative(Expr*& expr, StringView name, Expr* base) {
     std::vector<const NativeFunction*> functions = FindNative(name);
-    // Behind a dot stands only what the function is about: a text, an array or a colour.
-    const auto foreign = [&](const NativeFunction* function) {
-        const char first = function->AsMember ? ParametersOf(*function)[0].Letter : '\0';
-        return first == 'S' ? !base->T->Is(Kind::String) : !first || LetterCost(first, *base, nullptr) != 0;
-    };
-    if (base) std::erase_if(functions, foreign);
+    if (base)
+        std::erase_if(functions, [&](const NativeFunction* function) {
+            return !function->AsMember || !IsAbout(ParametersOf(*function)[0].Letter, *base->T);
+        });
     if (functions.empty()) return false;
     CheckArguments(expr->Args);
     if (base) expr->Args.insert(expr->Args.begin(), base);

@@ -127,29 +127,56 @@ void GiveInteger(Machine& machine, Slot* a) {
     a->T->Ascii = true;
 }
 
+void GiveUnsigned(Machine& machine, Slot* a) {
+    machine.Give(*a, std::to_string(a->U));
+}
+
+void GiveReal(Machine& machine, Slot* a) {
+    machine.Give(*a, TextOf(a->D));
+}
+
+void GiveTruth(Machine& machine, Slot* a) {
+    machine.Give(*a, a->I ? "True" : "False");
+}
+
+void GiveText(Machine&, Slot* a) {
+    Memory::Retain(a->H);
+}
+
+void GiveVariant(Machine& machine, Slot* a) {
+    *a = Unbox(machine, a->V, *machine.KnownTypes().Of(Kind::String));
+}
+
+void GiveFormatted(Machine& machine, Slot* a) {
+    machine.Give(*a, FormatNumber(a[0].D, View(a[1])));
+}
+
 const NativeFunction table[] = {
     {"Str", "number I", "S", GiveInteger, false},
-    {"Str", "number U", "S", [](Machine& m, Slot* a) { m.Give(*a, std::to_string(a->U)); }, false},
-    {"Str", "number D", "S", [](Machine& m, Slot* a) { m.Give(*a, TextOf(a->D)); }, false},
-    {"Str", "truth B", "S", [](Machine& m, Slot* a) { m.Give(*a, a->I ? "True" : "False"); }, false},
-    {"Str", "text S", "S", [](Machine&, Slot* a) { Memory::Retain(a->H); }, false},
-    {"Str", "value V", "S",
-     [](Machine& m, Slot* a) { *a = Unbox(m, a->V, *m.KnownTypes().Of(Kind::String)); }, false},
-    {"Str", "number D pattern S", "S",
-     [](Machine& m, Slot* a) { m.Give(*a, FormatNumber(a[0].D, View(a[1]))); }, false},
-    {"CStr", "value V", "S",
-     [](Machine& m, Slot* a) { *a = Unbox(m, a->V, *m.KnownTypes().Of(Kind::String)); }, false},
-    {"Format", "number D pattern S", "S",
-     [](Machine& m, Slot* a) { m.Give(*a, FormatNumber(a[0].D, View(a[1]))); }, false},
+    {"Str", "number U", "S", GiveUnsigned, false},
+    {"Str", "number D", "S", GiveReal, false},
+    {"Str", "truth B", "S", GiveTruth, false},
+    {"Str", "text S", "S", GiveText, false},
+    {"Str", "value V", "S", GiveVariant, false},
+    {"Str", "number D pattern S", "S", GiveFormatted, false},
+    {"ToString", "number I", "S", GiveInteger, true},
+    {"ToString", "number U", "S", GiveUnsigned, true},
+    {"ToString", "number D", "S", GiveReal, true},
+    {"ToString", "truth B", "S", GiveTruth, true},
+    {"ToString", "text S", "S", GiveText, true},
+    {"ToString", "value V", "S", GiveVariant, true},
+    {"ToString", "number D pattern S", "S", GiveFormatted, true},
+    {"CStr", "value V", "S", GiveVariant, false},
+    {"Format", "number D pattern S", "S", GiveFormatted, true},
     {"Val", "text S", "D", [](Machine&, Slot* a) { a->D = NumberOf(View(*a)); }, true},
     {"CDbl", "text S", "D", [](Machine&, Slot* a) { a->D = NumberOf(View(*a)); }, true},
     {"ToDouble", "text S", "D", [](Machine&, Slot* a) { a->D = NumberOf(View(*a)); }, true},
     {"CInt", "text S", "I", [](Machine&, Slot* a) { a->I = WholeNumberOf(View(*a)); }, true},
     {"CLong", "text S", "I", [](Machine&, Slot* a) { a->I = WholeNumberOf(View(*a)); }, true},
     {"ToInteger", "text S", "I", [](Machine&, Slot* a) { a->I = WholeNumberOf(View(*a)); }, true},
-    {"Hex", "number I", "S", [](Machine& m, Slot* a) { m.Give(*a, InBase(a->U, 16)); }, false},
-    {"Oct", "number I", "S", [](Machine& m, Slot* a) { m.Give(*a, InBase(a->U, 8)); }, false},
-    {"Bin", "number I", "S", [](Machine& m, Slot* a) { m.Give(*a, InBase(a->U, 2)); }, false},
+    {"Hex", "number I", "S", [](Machine& m, Slot* a) { m.Give(*a, InBase(a->U, 16)); }, true},
+    {"Oct", "number I", "S", [](Machine& m, Slot* a) { m.Give(*a, InBase(a->U, 8)); }, true},
+    {"Bin", "number I", "S", [](Machine& m, Slot* a) { m.Give(*a, InBase(a->U, 2)); }, true},
 };
 
 }  // namespace

@@ -233,7 +233,7 @@ const NativeFunction table[] = {
          const int order = exact ? StrComp(View(a[0]), View(a[1]), 0) : CompareTexts(a[0].T, a[1].T);
          a->I = (order > 0) - (order < 0);
      },
-     false},
+     true},
     {"Repeat", "text S count I", "S", [](Machine& m, Slot* a) { m.Give(*a, Repeated(View(a[0]), a[1].I)); },
      true},
     {"EndOfLine", "", "S", [](Machine& m, Slot* a) { m.Give(*a, EndOfLine); }, false},
