@@ -111,6 +111,8 @@ class Checker {
 
     // Bodies
     void CheckBody(Method& method);
+    void MakeLibraryBody(Method& method);
+    void CheckKeys(Expr*& dictionary);
     void CheckFirstValues();
     void CheckMain();
     void DeclareRest();
@@ -233,6 +235,7 @@ class Checker {
     std::unordered_map<const Type*, std::unordered_map<const Type*, std::vector<size_t>>>
         mImportsOf;  // by module
     Type* mTop = nullptr;
+    const Type* mDictionary = nullptr;
     std::vector<Type*> mDeclared;
     std::unordered_set<const Type*> mAggregated;                      // interfaces that others aggregate
     std::unordered_map<const Type*, std::vector<Method*>> mBodiesOf;  // a class's, accessors too

@@ -27,6 +27,7 @@ void Checker::Check() {
     mTree.Top.T = mTop;
     mOut.Classes.push_back(mTypes.Root());
     DeclareTypes(mTree.Top, mTop);
+    mDictionary = FindMember(mTop, mNames.Intern("Dictionary"))->T;
     CollectImports();
     for (Type* type : mDeclared)
         ResolveHeritage(*type);

@@ -53,6 +53,7 @@ void Checker::CheckBody(Method& method) {
         parameter.Var->IsParameter = true;
     }
     CollectLabels(method.Decl->Body);
+    if (method.Owner == mDictionary) MakeLibraryBody(method);
     CheckBlock(method.Decl->Body, false);
 }
 
@@ -320,6 +321,7 @@ void Checker::CheckFor(Stmt& statement) {
 void Checker::CheckForEach(Stmt& statement) {
     mNow.Scopes.emplace_back();
     CheckValue(statement.A);
+    if (statement.A->T->ComesFrom(mDictionary)) CheckKeys(statement.A);
     const Type* array = statement.A->T;
     if (array->IsObject()) {
         const Symbol* iterable = FindMember(mTop, mNames.Intern("Iterable"));

@@ -122,6 +122,7 @@ void Emitter::EmitMethod(Method& method) {
     Function& function = mProgram.Functions[method.Function];
     function.Name = mNames.Spelling(method.Decl->Name);
     function.ResultIsReference = method.Result->IsReference();
+    function.InLibrary = method.Decl->InLibrary;
     EmitFunction(function, method.Decl->Line, [&] {
         mScopes.emplace_back();
         if (method.IsInstance()) NewRegister(method.Owner);

@@ -184,6 +184,46 @@ Delegate* Memory::NewDelegate() {
     return delegate;
 }
 
+Table* Memory::NewTable() {
+    Table* table = new (Allocate(sizeof(Table))) Table;
+    table->What = HeapKind::Table;
+    Link(table);
+    return table;
+}
+
+void Memory::FreeEntries(Table& table) {
+    if (table.Entries) Free(table.Entries, table.Room * sizeof(Table::Entry));
+    if (table.Places) Free(table.Places, size_t{table.Room} * Table::PlacesPerEntry * sizeof(uint32_t));
+}
+
+void Memory::Rebuild(Table& table, uint32_t room) {
+    const uint32_t placeCount = room * Table::PlacesPerEntry;
+    auto* entries = static_cast<Table::Entry*>(Allocate(size_t{room} * sizeof(Table::Entry)));
+    uint32_t* places = nullptr;
+    try {
+        places = static_cast<uint32_t*>(Allocate(size_t{placeCount} * sizeof(uint32_t)));
+    } catch (...) {
+        Free(entries, size_t{room} * sizeof(Table::Entry));
+        throw;
+    }
+    std::memset(places, 0, size_t{placeCount} * sizeof(uint32_t));
+    uint32_t used = 0;
+    for (uint32_t at = 0; at < table.Used; ++at) {
+        const Table::Entry& entry = table.Entries[at];
+        if (entry.Gone) continue;
+        entries[used++] = entry;
+        uint32_t place = entry.Hash & (placeCount - 1);
+        while (places[place] != 0)
+            place = (place + 1) & (placeCount - 1);
+        places[place] = used;
+    }
+    FreeEntries(table);
+    table.Entries = entries;
+    table.Places = places;
+    table.Used = used;
+    table.Room = room;
+}
+
 void Memory::Link(Linked* thing) {
     thing->Next = mFirst;
     if (mFirst) mFirst->Previous = thing;
@@ -255,6 +295,15 @@ void Memory::ReleaseParts(Heap* thing) {
             if (!delegate.Weak) Release(delegate.Target);
             break;
         }
+        case HeapKind::Table: {
+            auto& table = static_cast<Table&>(*thing);
+            for (uint32_t at = 0; at < table.Used; ++at) {
+                Release(table.Entries[at].Key);
+                Release(table.Entries[at].Value);
+            }
+            table.Used = 0;
+            break;
+        }
     }
 }
 
@@ -294,6 +343,10 @@ void Memory::FreeOne(Heap* thing) {
             Unlink(delegate);
             return Free(delegate, sizeof(Delegate));
         }
+        case HeapKind::Table:
+            Unlink(static_cast<Table*>(thing));
+            FreeEntries(static_cast<Table&>(*thing));
+            return Free(thing, sizeof(Table));
     }
 }
 

@@ -21,6 +21,7 @@ struct Box;
 struct Array;
 struct Object;
 struct Delegate;
+struct Table;
 
 /// One register, field or element of full size. What it holds is known by the code that uses it.
 union Slot {
@@ -33,6 +34,7 @@ union Slot {
     Array* A;
     Object* O;
     Delegate* G;
+    Table* B;
 };
 static_assert(sizeof(Slot) == 8);
 
@@ -47,7 +49,7 @@ struct Failure {
 [[noreturn]] void FailMemory();
 [[noreturn]] void FailType(const std::string& message);
 
-enum class HeapKind : uint8_t { Text, Box, Array, Object, Delegate };
+enum class HeapKind : uint8_t { Text, Box, Array, Object, Delegate, Table };
 
 /// What all counted things begin with.
 struct Heap {
@@ -121,6 +123,22 @@ struct Delegate : Linked {
     Delegate *WeakBefore = nullptr, *WeakAfter = nullptr;  // others that are weak and have the same target
 };
 
+/// The entries of a Dictionary in the order in which they came, and where to look for the hash of a key.
+struct Table : Linked {
+    struct Entry {
+        Box* Key;
+        Box* Value;
+        uint32_t Hash;
+        bool Gone;
+    };
+    static constexpr uint32_t PlacesPerEntry = 2;
+    uint32_t Used = 0;  // with those that are gone
+    uint32_t Live = 0;
+    uint32_t Room = 0;  // a power of 2
+    Entry* Entries = nullptr;
+    uint32_t* Places = nullptr;  // numbers of entries from 1; 0 where none is
+};
+
 /// A script's memory: counts what is in use, fails with OutOfMemoryException beyond the limit, and knows
 /// everything that could be part of a circle.
 class Memory {
@@ -157,6 +175,9 @@ class Memory {
     Object* NewObject(const ClassInfo& cls);  ///< with the arrays of a structure
     Delegate* NewDelegate();
     void SetWeakTarget(Delegate& delegate, Object& target);
+    Table* NewTable();
+    /// Makes room for so many entries, a power of 2, and leaves out what is gone.
+    void Rebuild(Table& table, uint32_t room);
 
     /// One reference less. What nothing refers to any more goes, without recursion however long a chain it
     /// is.
@@ -187,6 +208,7 @@ class Memory {
     void Drop(Heap* thing);
     void FreeOne(Heap* thing);
     void ReleaseParts(Heap* thing);
+    void FreeEntries(Table& table);
     void ForgetTarget(const Object* object);
     void UnlinkWeak(Delegate& delegate);
 

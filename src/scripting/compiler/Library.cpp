@@ -12,8 +12,9 @@ struct Table {
     std::unordered_map<const NativeFunction*, uint32_t> Indices;
 
     Table() {
-        for (const auto part : {TextFunctions(), ConversionFunctions(), NumberFunctions(), ArrayFunctions(),
-                                SortingFunctions(), EventFunctions(), VariantFunctions()})
+        for (const auto part :
+             {TextFunctions(), ConversionFunctions(), NumberFunctions(), ArrayFunctions(), SortingFunctions(),
+              EventFunctions(), VariantFunctions(), DictionaryFunctions()})
             for (const NativeFunction& function : part) {
                 ByName[Fold(function.Name)].push_back(&function);
                 Indices.emplace(&function, static_cast<uint32_t>(Functions.size()));
@@ -46,7 +47,8 @@ const NativeFunction* const* NativeTable() {
     return TheTable().Functions.data();
 }
 
-// The exceptions. The machine fills the first three fields of what it raises itself.
+// The exceptions, of which the machine fills the first three fields of what it raises itself, and the class
+// Dictionary, whose methods have their bodies in the library.
 StringView Prelude() {
     return R"(Class RuntimeException
 Property Message As String
@@ -79,6 +81,25 @@ Class IOException Inherits RuntimeException
 End Class
 Interface Iterable
 End Interface
+Class Dictionary
+Private Property mEntries As Object
+Function Value(key As Variant) As Variant
+End Function
+Sub Value(key As Variant, Assigns value As Variant)
+End Sub
+Function HasKey(key As Variant) As Boolean
+End Function
+Function Lookup(key As Variant, otherwise As Variant) As Variant
+End Function
+Sub Remove(key As Variant)
+End Sub
+Function Count() As Integer
+End Function
+Function Keys() As Variant()
+End Function
+Function Values() As Variant()
+End Function
+End Class
 )";
 }
 

@@ -14,6 +14,7 @@ namespace sorbel::script {
 [[nodiscard]] std::span<const NativeFunction> SortingFunctions();
 [[nodiscard]] std::span<const NativeFunction> EventFunctions();
 [[nodiscard]] std::span<const NativeFunction> VariantFunctions();
+[[nodiscard]] std::span<const NativeFunction> DictionaryFunctions();
 
 /// The array that an argument holds; one that is nothing fails.
 [[nodiscard]] Array& HeldArray(const Slot& slot);

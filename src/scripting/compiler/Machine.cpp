@@ -142,8 +142,11 @@ bool Machine::Unwind(Object* exception, const Frame* below) {
 
 int64_t Machine::CurrentLine() const {
     if (mTop == mFrames.get()) return 0;
-    const auto next = static_cast<size_t>(mTop->Next - mTop->F->Code.data());
-    return next == 0 ? mTop->F->Lines[0] : mTop->F->Lines[next - 1];
+    const Frame* frame = mTop;
+    while (frame->F->InLibrary && frame - 1 != mFrames.get())
+        --frame;
+    const auto next = static_cast<size_t>(frame->Next - frame->F->Code.data());
+    return next == 0 ? frame->F->Lines[0] : frame->F->Lines[next - 1];
 }
 
 Slot* Machine::FreeStack() const {

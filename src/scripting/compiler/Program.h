@@ -27,6 +27,7 @@ struct Function {
     uint32_t Registers = 0;
     uint32_t Window = 0;  // what it passes to others, behind its registers
     bool ResultIsReference = false;
+    bool InLibrary = false;
 };
 
 /// What NewArray makes.

@@ -239,6 +239,7 @@ struct MethodDecl {
     Visibility Visible = Visibility::Public;
     bool Shared = false;
     bool SignatureOnly = false;
+    bool InLibrary = false;  // what fails in it fails where it was called
 };
 
 struct PropertyDecl {
