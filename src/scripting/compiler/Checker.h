@@ -59,6 +59,7 @@ class Checker {
     void AddOverload(Method& method, Type* owner);
     [[nodiscard]] bool SameParameters(const Method& a, const Method& b) const;
     [[nodiscard]] static size_t SignatureOf(const Method& method);
+    [[nodiscard]] static size_t SignatureIn(const Symbol& symbol, const std::vector<const Type*>& types);
     Symbol* Declare(Members& members, NameId name, Symbol::What what, uint32_t line);
     void CheckTopNames();
 
@@ -178,6 +179,8 @@ class Checker {
     void CheckConversionCall(Expr*& expr, const Type* to);
     void CheckArrayLiteral(Expr& expr, const Type* expected);
     void CheckArguments(std::vector<Expr*>& arguments);
+    [[nodiscard]] std::vector<Method*> ExactOverloads(const std::vector<Method*>& overloads,
+                                                      const std::vector<Expr*>& arguments) const;
     void CallMethods(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, Expr* assigned);
     void CallAssignable(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, bool assigns);
     void FinishCall(Expr*& expr, Method& method, Expr* self);
@@ -241,7 +244,7 @@ class Checker {
     std::unordered_map<const Type*, std::vector<Method*>> mBodiesOf;  // a class's, accessors too
     std::unordered_map<const Type*, std::unordered_map<NameId, std::vector<Method*>>> mExplicit;
     std::unordered_map<NameId, std::vector<Symbol*>> mGlobals, mPublics;  // of modules
-    std::unordered_multimap<size_t, const Method*> mSignatures;           // by SignatureOf
+    std::unordered_multimap<size_t, Method*> mSignatures;                 // by SignatureIn
     std::vector<Method*> mToCheck;
     Expr* mAssigned = nullptr;      // the right side, until a setter or an Assigns parameter takes it
     Expr* mAssignTarget = nullptr;  // what such a thing must be called by

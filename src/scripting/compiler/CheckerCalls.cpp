@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 
 #include "scripting/compiler/Checker.h"
 
@@ -149,13 +150,38 @@ int Checker::MethodCost(const Method& method, const std::vector<Expr*>& argument
     return at == arguments.size() ? total : -1;
 }
 
+// Of many methods of one name those that take just these types: they need no comparison with the others.
+// Nothing if there is none, or if a list of no arguments would fit as well.
+std::vector<Method*> Checker::ExactOverloads(const std::vector<Method*>& overloads,
+                                             const std::vector<Expr*>& arguments) const {
+    constexpr size_t few = 16;
+    std::vector<Method*> exact;
+    const Symbol* symbol = overloads.size() > few ? overloads[0]->Sym : nullptr;
+    if (!symbol || symbol->TakesLists || &symbol->Overloads != &overloads) return exact;
+    std::vector<const Type*> types;
+    for (const Expr* argument : arguments)
+        types.push_back(argument->T);
+    for (auto [at, end] = mSignatures.equal_range(SignatureIn(*symbol, types)); at != end; ++at) {
+        const std::vector<Parameter>& params = at->second->Decl->Params;
+        const bool same =
+            at->second->Sym == symbol && !(!params.empty() && params.back().IsAssigns) &&
+            std::equal(params.begin(), params.end(), types.begin(), types.end(),
+                       [](const Parameter& param, const Type* type) { return param.T == type; });
+        if (same) exact.push_back(at->second);
+    }
+    return exact;
+}
+
 void Checker::CallMethods(Expr*& expr, const std::vector<Method*>& overloads, Expr* self, Expr* assigned) {
     CheckArguments(expr->Args);
     std::vector<Method*> candidates;
-    for (Method* method : overloads) {
-        const bool assigns = !method->Decl->Params.empty() && method->Decl->Params.back().IsAssigns;
-        if (assigns == (assigned != nullptr)) candidates.push_back(method);
-    }
+    if (!assigned) candidates = ExactOverloads(overloads, expr->Args);
+    const auto wanted = [assigned](const Method* method) {
+        const std::vector<Parameter>& params = method->Decl->Params;
+        return (!params.empty() && params.back().IsAssigns) == (assigned != nullptr);
+    };
+    if (candidates.empty())
+        std::copy_if(overloads.begin(), overloads.end(), std::back_inserter(candidates), wanted);
     if (candidates.empty())
         Fail(assigned ? Error::NoAssignsParameter : Error::AccessorNeedsAssignment, expr->Line);
     if (assigned) {

@@ -366,7 +366,12 @@ void Checker::AddOverload(Method& method, Type* owner) {
     Symbol* symbol = Declare(owner->Own, method.Decl->Name, Symbol::What::Methods, method.Decl->Line);
     Show(*symbol, owner, method.Decl->Visible);
     method.Sym = symbol;
-    const size_t signature = SignatureOf(method) * 31 + std::hash<const Symbol*>()(symbol);
+    std::vector<const Type*> types;
+    for (const Parameter& parameter : method.Decl->Params) {
+        types.push_back(parameter.T);
+        symbol->TakesLists |= parameter.IsParamArray;
+    }
+    const size_t signature = SignatureIn(*symbol, types);
     for (auto [other, end] = mSignatures.equal_range(signature); other != end; ++other)
         if (other->second->Sym == symbol && SameParameters(*other->second, method))
             Fail(Error::DuplicateMethod, method.Decl->Line);
@@ -404,11 +409,26 @@ void Checker::CheckParameters(const Method& method) {
     }
 }
 
+namespace {
+
+size_t Mixed(size_t signature, const Type* type) {
+    return signature * 1000003 + std::hash<const Type*>()(type);
+}
+
+}  // namespace
+
 // The same for methods of the same name and parameters.
 size_t Checker::SignatureOf(const Method& method) {
     size_t signature = method.Decl->Name;
     for (const Parameter& parameter : method.Decl->Params)
-        signature = signature * 1000003 + std::hash<const Type*>()(parameter.T);
+        signature = Mixed(signature, parameter.T);
+    return signature;
+}
+
+size_t Checker::SignatureIn(const Symbol& symbol, const std::vector<const Type*>& types) {
+    size_t signature = std::hash<const Symbol*>()(&symbol);
+    for (const Type* type : types)
+        signature = Mixed(signature, type);
     return signature;
 }
 

@@ -31,7 +31,7 @@ bool Type::ComesFrom(const Type* other) const {
         if (type == other) return true;
         if (std::binary_search(type->Reached.begin(), type->Reached.end(), other, std::less<>())) return true;
     }
-    return false;
+    return Is(Kind::Interface) && Aggregates(other);
 }
 
 bool Type::Aggregates(const Type* other) const {
@@ -39,7 +39,7 @@ bool Type::Aggregates(const Type* other) const {
 }
 
 void Type::ReachInterfaces() {
-    if (Interfaces.empty()) return;
+    if (!Is(Kind::Class) || Interfaces.empty()) return;
     VisitInterfaces({Interfaces.begin(), Interfaces.end()}, [this](const Type* type) {
         Reached.push_back(type);
         return false;

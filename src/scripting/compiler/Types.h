@@ -57,7 +57,7 @@ struct Type {
     Visibility Visible = Visibility::Public;
     Type* Base = nullptr;              // superclass
     std::vector<Type*> Interfaces;     // implemented or aggregated
-    std::vector<const Type*> Reached;  // those and what they aggregate, in order of their addresses
+    std::vector<const Type*> Reached;  // of a class: those and what they aggregate, by address
     Members Own;                       // declared here
     std::vector<Variable*> Fields;     // of an instance, those of the superclass first
     std::vector<Method*> Methods;      // declared here
@@ -80,7 +80,7 @@ struct Type {
     [[nodiscard]] bool ComesFrom(const Type* other) const;
     /// Whether this interface is `other` or aggregates it, as far as that is known.
     [[nodiscard]] bool Aggregates(const Type* other) const;
-    /// Fills `Reached`.
+    /// Fills `Reached` of a class. An interface would have too many that nobody asks for.
     void ReachInterfaces();
 };
 
@@ -118,6 +118,7 @@ struct Symbol {
     struct Constant* Const = nullptr;
     script::Type* T = nullptr;
     std::vector<Method*> Overloads;
+    bool TakesLists = false;  // one of them has a ParamArray
     struct Property* Prop = nullptr;
 };
 
