@@ -187,6 +187,7 @@ void Emitter::FinishFunction(uint32_t line) {
         if (operands[1] == 'r') fix(instruction.B);
         if (operands[1] && operands[2] == 'r') fix(instruction.C);
     }
+    ArrangeHandlers();
     mFunction->References.clear();
     mFunction->Fresh.clear();
     mFunction->GivenBack.clear();

@@ -57,6 +57,7 @@ class Emitter {
     void EmitMethod(Method& method);
     void EmitFunction(Function& function, uint32_t line, const std::function<void()>& body);
     void FinishFunction(uint32_t line);
+    void ArrangeHandlers();
     void EmitDefaultReturn(const Type* result);
     void CollectLabelDepths(const Block& block, size_t depth);
 

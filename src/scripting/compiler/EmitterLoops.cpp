@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <numeric>
+#include <optional>
+
 #include "scripting/compiler/Emitter.h"
 
 namespace sorbel::script {
@@ -265,6 +269,37 @@ void Emitter::EmitTry(const Stmt& statement) {
     }
     Place(after);
     --mTries;
+}
+
+// So far the innermost handlers stand first; afterwards each place has just its own, which is found at once.
+void Emitter::ArrangeHandlers() {
+    std::vector<uint32_t> edges;
+    for (const Handler& handler : mFunction->Handlers) {
+        edges.push_back(handler.Start);
+        edges.push_back(handler.End);
+    }
+    std::sort(edges.begin(), edges.end());
+    edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
+    const auto partAt = [&edges](uint32_t place) {
+        return static_cast<size_t>(std::lower_bound(edges.begin(), edges.end(), place) - edges.begin());
+    };
+    std::vector<std::optional<uint32_t>> targets(edges.size());
+    std::vector<size_t> free(edges.size() + 1);  // the next part without a handler, or one on the way to it
+    std::iota(free.begin(), free.end(), 0);
+    const auto nextFree = [&free](size_t part) {
+        while (free[part] != part)
+            part = free[part] = free[free[part]];
+        return part;
+    };
+    for (const Handler& handler : mFunction->Handlers)
+        for (size_t part = nextFree(partAt(handler.Start)); part < partAt(handler.End);
+             part = nextFree(part)) {
+            targets[part] = handler.Target;
+            free[part] = part + 1;
+        }
+    mFunction->Handlers.clear();
+    for (size_t part = 0; part < edges.size(); ++part)
+        if (targets[part]) mFunction->Handlers.push_back({edges[part], edges[part + 1], *targets[part]});
 }
 
 void Emitter::EmitCatches(const Stmt& statement, Register caught, Label& exit) {

@@ -1,5 +1,6 @@
 #include "scripting/compiler/Machine.h"
 
+#include <algorithm>
 #include <new>
 
 #include "platform/Exceptions.h"
@@ -127,9 +128,11 @@ bool Machine::Unwind(Object* exception, const Frame* below) {
     for (; mTop != below; --mTop) {
         const Function& function = *mTop->F;
         const auto at = static_cast<uint32_t>(mTop->Next - function.Code.data() - 1);
-        for (const Handler& handler : function.Handlers) {
-            if (at < handler.Start || at >= handler.End) continue;
-            mTop->Next = function.Code.data() + handler.Target;
+        const auto behind =
+            std::upper_bound(function.Handlers.begin(), function.Handlers.end(), at,
+                             [](uint32_t place, const Handler& handler) { return place < handler.Start; });
+        if (behind != function.Handlers.begin() && at < behind[-1].End) {
+            mTop->Next = function.Code.data() + behind[-1].Target;
             mCaught = exception;
             return true;
         }

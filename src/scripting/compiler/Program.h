@@ -19,7 +19,7 @@ struct Function {
     String Name;
     std::vector<Instruction> Code;
     std::vector<uint32_t> Lines;       // of each operation
-    std::vector<Handler> Handlers;     // the innermost first
+    std::vector<Handler> Handlers;     // of places one behind the other
     std::vector<uint16_t> References;  // registers that count references and are released at the end
     std::vector<uint16_t> GivenBack;   // counting ByRef parameters, which the caller takes over
     std::vector<uint16_t> Fresh;       // those of them that are no parameters and start empty
@@ -57,7 +57,10 @@ struct ClassInfo {
     std::vector<uint32_t> Ancestors;  // the indices of all classes and interfaces that it is, in order
     int Destructor = -1;
     [[nodiscard]] bool Is(uint32_t index) const {
-        return std::binary_search(Ancestors.begin(), Ancestors.end(), index);
+        if (Ancestors.size() > 16) return std::binary_search(Ancestors.begin(), Ancestors.end(), index);
+        for (const uint32_t ancestor : Ancestors)
+            if (ancestor == index) return true;
+        return false;
     }
 };
 
