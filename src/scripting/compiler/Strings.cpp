@@ -124,6 +124,8 @@ std::optional<Place> FindFolded(StringView text, StringView term) {
 int64_t FindText(Memory& memory, int64_t start, Text* text, Text* term) {
     const StringView hay = ViewOf(text), needle = ViewOf(term);
     if (needle.empty() || !IsAscii(text) || !IsAscii(term)) {
+        constexpr size_t small = 256;  // bytes, which need no pieces
+        if (hay.size() <= small) return InStr(start, hay, needle);
         const int64_t skipped = std::max<int64_t>(start, 1) - 1;
         if (skipped > CountCharacters(text)) return 0;
         if (needle.empty()) return skipped + 1;
@@ -161,7 +163,7 @@ void AppendText(Memory& memory, Slot& to, const Slot& a, const Slot& b) {
     if (before + added >= Memory::Limit) FailMemory();
     // Counting what is added is little work; counting all of it again would be much.
     const bool known = left->Characters != Text::Unknown && !StartsInside(right->View());
-    if (known) CountCharacters(right);
+    if (known && right->Characters == Text::Unknown) CountCharacters(right);
     const uint32_t characters = known ? left->Characters + right->Characters : Text::Unknown;
     const bool ascii = known && left->Ascii && right->Ascii;
     const bool grows = &to == &a;
