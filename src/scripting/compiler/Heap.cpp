@@ -61,6 +61,15 @@ bool HoldsReference(const Box& box) {
     return box.T->IsReference();
 }
 
+bool IsLinked(const Linked& thing) {
+    return thing.What != HeapKind::Box || HoldsReference(static_cast<const Box&>(thing));
+}
+
+bool HasDestructor(const Linked& thing) {
+    return thing.What == HeapKind::Object && !thing.Dying &&
+           static_cast<const Object&>(thing).Class->Destructor >= 0;
+}
+
 }  // namespace
 
 Memory::~Memory() {
@@ -241,29 +250,46 @@ void Memory::Unlink(Linked* thing) {
 // A chain of objects that go with one another is worked off from a list, so that its length needs no stack.
 void Memory::Drop(Heap* thing) {
     if (thing->What == HeapKind::Text) return FreeOne(thing);
-    mDead.push_back(thing);
+    // What waits to go must not be called, or it would go twice.
+    if (thing->Watched) ForgetTarget(thing);
+    AddDead(static_cast<Linked*>(thing));
     if (mDropping) return;
     mDropping = true;
-    while (!mDead.empty()) {
-        Heap* dead = mDead.back();
-        mDead.pop_back();
-        if (dead->What == HeapKind::Object && !dead->Dying && mDestroyer) {
-            auto& object = static_cast<Object&>(*dead);
-            if (object.Class->Destructor >= 0) {
-                dead->Dying = true;
-                dead->References = 1;
-                // What the destructor lets go of goes at once, unless that already is a long chain.
-                mDropping = ++mDestructors > 50;
-                mDestroyer->Destroy(object);
-                --mDestructors;
-                mDropping = true;
-                if (--dead->References > 0) continue;  // it keeps itself alive
-            }
-        }
+    while (mDead) {
+        Linked* dead = TakeDead();
+        if (mDestroyer && HasDestructor(*dead) && Survives(static_cast<Object&>(*dead))) continue;
         ReleaseParts(dead);
         FreeOne(dead);
     }
     mDropping = false;
+}
+
+// Runs the destructor. True if that keeps the object alive.
+bool Memory::Survives(Object& object) {
+    object.Dying = true;
+    object.References = 1;
+    Link(&object);
+    // What the destructor lets go of goes at once, unless that already is a long chain.
+    mDropping = ++mDestructors > 50;
+    mDestroyer->Destroy(object);
+    --mDestructors;
+    mDropping = true;
+    if (--object.References > 0) return true;
+    if (object.Watched) ForgetTarget(&object);
+    Unlink(&object);
+    return false;
+}
+
+// The chain of what is alive serves for what waits to go too, so that this needs no memory.
+void Memory::AddDead(Linked* thing) {
+    if (IsLinked(*thing)) Unlink(thing);
+    thing->Next = std::exchange(mDead, thing);
+}
+
+Linked* Memory::TakeDead() {
+    Linked* thing = std::exchange(mDead, mDead->Next);
+    thing->Next = thing->Previous = nullptr;
+    return thing;
 }
 
 void Memory::ReleaseParts(Heap* thing) {
@@ -317,12 +343,10 @@ void Memory::FreeOne(Heap* thing) {
         }
         case HeapKind::Box: {
             auto* box = static_cast<Box*>(thing);
-            if (HoldsReference(*box)) Unlink(box);
             return Free(box, sizeof(Box));
         }
         case HeapKind::Array: {
             auto* array = static_cast<Array*>(thing);
-            Unlink(array);
             if (array->Data) {
                 const size_t size = ElementSize(array->Element);
                 Free(array->Data - static_cast<size_t>(array->Skipped) * size,
@@ -333,18 +357,14 @@ void Memory::FreeOne(Heap* thing) {
         }
         case HeapKind::Object: {
             auto* object = static_cast<Object*>(thing);
-            if (object->Watched) ForgetTarget(object);
-            Unlink(object);
             return Free(object, ObjectSize(*object->Class));
         }
         case HeapKind::Delegate: {
             auto* delegate = static_cast<Delegate*>(thing);
             if (delegate->Weak && delegate->Target) UnlinkWeak(*delegate);
-            Unlink(delegate);
             return Free(delegate, sizeof(Delegate));
         }
         case HeapKind::Table:
-            Unlink(static_cast<Table*>(thing));
             FreeEntries(static_cast<Table&>(*thing));
             return Free(thing, sizeof(Table));
     }
@@ -370,8 +390,9 @@ void Memory::UnlinkWeak(Delegate& delegate) {
         mWeak.erase(delegate.Target);
 }
 
-void Memory::ForgetTarget(const Object* object) {
-    const auto found = mWeak.find(object);
+void Memory::ForgetTarget(Heap* object) {
+    object->Watched = false;
+    const auto found = mWeak.find(static_cast<const Object*>(object));
     if (found == mWeak.end()) return;
     for (Delegate* delegate = found->second; delegate; delegate = delegate->WeakAfter)
         delegate->Target = nullptr;
@@ -381,22 +402,26 @@ void Memory::ForgetTarget(const Object* object) {
 // Every circle is opened while all of its members are held, then each member goes by itself.
 void Memory::FreeAll() {
     mDestroyer = nullptr;
-    mDead.clear();
     mDropping = false;
     mWeak.clear();
-    std::vector<Linked*> left;
-    for (Linked* thing = mFirst; thing; thing = thing->Next) {
-        thing->References = 1u << 31;
-        left.push_back(thing);
+    // What waits when a script is stopped goes with the rest.
+    while (mDead) {
+        Linked* thing = TakeDead();
+        if (IsLinked(*thing))
+            Link(thing);
+        else
+            FreeOne(thing);
     }
-    for (Linked* thing : left) {
+    for (Linked* thing = mFirst; thing; thing = thing->Next)
+        thing->References = 1u << 31;
+    for (Linked* thing = mFirst; thing; thing = thing->Next) {
         ReleaseParts(thing);
         if (thing->What == HeapKind::Box) static_cast<Box*>(thing)->Value.H = nullptr;
         if (thing->What == HeapKind::Delegate) static_cast<Delegate*>(thing)->Target = nullptr;
     }
-    for (Linked* thing : left) {
-        thing->References = 1;
-        Release(thing);
+    while (mFirst) {
+        mFirst->References = 1;
+        Release(mFirst);
     }
 }
 

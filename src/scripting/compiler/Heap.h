@@ -73,7 +73,8 @@ struct Text : Heap {
     [[nodiscard]] std::string_view View() { return {Bytes(), Size}; }
 };
 
-/// What can be part of a circle, and is found through this chain when the script ends.
+/// What can be part of a circle, and is found through this chain when the script ends. What waits to go is in
+/// another one.
 struct Linked : Heap {
     Linked* Previous = nullptr;
     Linked* Next = nullptr;
@@ -209,15 +210,18 @@ class Memory {
     void FreeOne(Heap* thing);
     void ReleaseParts(Heap* thing);
     void FreeEntries(Table& table);
-    void ForgetTarget(const Object* object);
+    void ForgetTarget(Heap* object);
     void UnlinkWeak(Delegate& delegate);
+    bool Survives(Object& object);
+    void AddDead(Linked* thing);
+    Linked* TakeDead();
 
     SmallBlocks mSmall;
     FieldPlaces mFields;
     size_t mInUse = 0;
     Linked* mFirst = nullptr;
     std::unordered_map<const Object*, Delegate*> mWeak;  // the first that is weak, by its target
-    std::vector<Heap*> mDead;
+    Linked* mDead = nullptr;                             // the first of what waits to go
     bool mDropping = false;
     int mDestructors = 0;  // that run one in another
     Destroyer* mDestroyer = nullptr;
