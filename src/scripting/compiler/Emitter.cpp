@@ -204,7 +204,9 @@ void Emitter::FinishFunction(uint32_t line) {
 
 // --- Operations ---
 
+// Whatever does not fit in its operand is refused here, so that no operation ever means another thing.
 uint32_t Emitter::Put(Code code, uint32_t a, uint32_t b, uint32_t c) {
+    if (std::max({a, b, c}) > UINT16_MAX) Fail(Error::Backend, mLine);
     mFunction->Code.push_back(
         {code, static_cast<uint16_t>(a), static_cast<uint16_t>(b), static_cast<uint16_t>(c)});
     mFunction->Lines.push_back(mLine);
@@ -212,6 +214,7 @@ uint32_t Emitter::Put(Code code, uint32_t a, uint32_t b, uint32_t c) {
 }
 
 uint32_t Emitter::PutWide(Code code, uint32_t a, int64_t wide) {
+    if (wide < INT32_MIN || wide > INT32_MAX) Fail(Error::Backend, mLine);
     const uint32_t place = Put(code, a);
     mFunction->Code[place].SetWide(static_cast<int32_t>(wide));
     return place;
@@ -221,6 +224,7 @@ void Emitter::Bind(uint32_t use, int64_t place) {
     Instruction& instruction = mFunction->Code[use];
     const int64_t distance = place - use - 1;
     if (Operands(instruction.What)[1] == 'w') {
+        if (distance < INT32_MIN || distance > INT32_MAX) Fail(Error::Backend, mLine);
         instruction.SetWide(static_cast<int32_t>(distance));
         return;
     }
@@ -393,7 +397,6 @@ uint32_t Emitter::AddText(const String& text) {
 uint32_t Emitter::BoxType(const Type* type) {
     const auto [place, added] = mBoxTypes.try_emplace(type, static_cast<uint32_t>(mProgram.BoxTypes.size()));
     if (added) mProgram.BoxTypes.push_back(type);
-    if (place->second > UINT16_MAX) Fail(Error::Backend, mLine);
     return place->second;
 }
 
@@ -406,7 +409,6 @@ uint32_t Emitter::ArrayShapeOf(const Type* type) {
     shape.Element = ElementKindOf(*type->Element);
     if (type->Element->Is(Kind::Structure)) shape.Structure = &mProgram.Classes[type->Element->Index];
     mProgram.Arrays.push_back(shape);
-    if (place->second > UINT16_MAX) Fail(Error::Backend, mLine);
     return place->second;
 }
 

@@ -370,7 +370,6 @@ void Emitter::EmitAddress(const Expr& expr, Register to) {
         }
     }
     mProgram.Delegates.push_back(shape);
-    if (mProgram.Delegates.size() > UINT16_MAX) Fail(Error::Backend, mLine);
     const Register target = expr.Left ? Any(*expr.Left) : to;
     Put(Code::MakeDelegate, to, target, static_cast<uint32_t>(mProgram.Delegates.size() - 1));
 }
