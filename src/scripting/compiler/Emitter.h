@@ -168,6 +168,7 @@ class Emitter {
     Register ResultRegister(const std::vector<Argument>& arguments, const Method& method, size_t first,
                             Register to);
     void TakeResult(const Type* type, Register result, Register to);
+    void PutBack(const Argument& argument, Register value);
     Register Window(size_t place);
     [[nodiscard]] bool IsOnlyHere(const Variable& variable) const;
     [[nodiscard]] bool IsSimple(const Expr& expr) const;

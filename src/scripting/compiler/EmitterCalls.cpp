@@ -113,30 +113,34 @@ void Emitter::PassArguments(std::vector<Argument>& arguments, const MethodDecl& 
     }
 }
 
-// ByRef: what the method left in its parameter becomes the value of the variable.
+// ByRef: what the method left in its parameter becomes the value of the variable. All parameters are emptied
+// first: an element or field that has gone meanwhile fails, and nothing may be left behind then.
 void Emitter::TakeBack(const std::vector<Argument>& arguments, const MethodDecl& decl, size_t first) {
+    std::vector<std::pair<const Argument*, Register>> others;
     for (size_t at = first; at < arguments.size(); ++at) {
         if (!decl.Params[at - first].ByRef) continue;
-        const Argument& argument = arguments[at];
-        const Expr& place = *argument.Value;
-        const bool reference = place.T->IsReference();
-        const Code move = reference ? Code::TakeOut : Code::Move;
-        if (place.Kind == ExprKind::Variable && IsDirect(*place.Var)) {
-            Put(move, place.Var->Index, Window(at));
-            continue;
-        }
-        const Register value = Temp(place.T);
-        Put(move, value, Window(at));
-        if (place.Kind == ExprKind::Variable) {
-            PutWide(reference ? Code::SetTopRef : Code::SetTop, value, place.Var->Index);
-        } else if (place.Kind == ExprKind::Field) {
-            Put(reference ? Code::SetFieldTake : Code::SetField, argument.Base, value, place.Var->Index);
-        } else {
-            static constexpr Code codes[] = {Code::Set8,  Code::Set8,   Code::Set16,
-                                             Code::Set16, Code::Set32,  Code::Set32,
-                                             Code::Set64, Code::SetF32, Code::SetElementTake};
-            Put(codes[static_cast<size_t>(ElementKindOf(*place.T))], argument.Base, argument.Index, value);
-        }
+        const Expr& place = *arguments[at].Value;
+        const bool direct = place.Kind == ExprKind::Variable && IsDirect(*place.Var);
+        const Register to = direct ? static_cast<Register>(place.Var->Index) : Temp(place.T);
+        Put(place.T->IsReference() ? Code::TakeOut : Code::Move, to, Window(at));
+        if (!direct) others.emplace_back(&arguments[at], to);
+    }
+    for (const auto& [argument, value] : others)
+        PutBack(*argument, value);
+}
+
+void Emitter::PutBack(const Argument& argument, Register value) {
+    const Expr& place = *argument.Value;
+    const bool reference = place.T->IsReference();
+    if (place.Kind == ExprKind::Variable) {
+        PutWide(reference ? Code::SetTopRef : Code::SetTop, value, place.Var->Index);
+    } else if (place.Kind == ExprKind::Field) {
+        Put(reference ? Code::SetFieldTake : Code::SetField, argument.Base, value, place.Var->Index);
+    } else {
+        static constexpr Code codes[] = {Code::Set8,  Code::Set8,   Code::Set16,
+                                         Code::Set16, Code::Set32,  Code::Set32,
+                                         Code::Set64, Code::SetF32, Code::SetElementTake};
+        Put(codes[static_cast<size_t>(ElementKindOf(*place.T))], argument.Base, argument.Index, value);
     }
 }
 
