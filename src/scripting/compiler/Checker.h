@@ -139,7 +139,8 @@ class Checker {
     [[nodiscard]] Expr* Repeated(Expr& target, Stmt& statement);
     void WorkOutOnce(Expr*& expr, Stmt& statement, bool always);
     void CheckExpressionStatement(Stmt& statement);
-    void CollectLabels(const Block& block);
+    void CollectLabels(const Block& block, const Block* around = nullptr);
+    void CheckGoto(const Stmt& statement) const;
 
     // Expressions
     void CheckExpr(Expr*& expr, const Type* expected = nullptr);
@@ -224,7 +225,8 @@ class Checker {
         std::vector<OpenBlock> Blocks;
         bool InMain = false;
         bool InConstant = false;
-        std::unordered_map<NameId, const Stmt*> Labels;
+        std::unordered_map<NameId, const Block*> Labels;  // each with the block that only its start may enter
+        std::vector<const Block*> Inside;                 // the blocks around what is being checked
     };
 
     Tree& mTree;

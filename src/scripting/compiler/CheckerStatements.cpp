@@ -57,23 +57,53 @@ void Checker::CheckBody(Method& method) {
     CheckBlock(method.Decl->Body, false);
 }
 
-void Checker::CollectLabels(const Block& block) {
+namespace {
+
+/// Whether what stands inside relies on what the start of the statement has done: a jump into it is refused.
+bool PreparesBlocks(StmtKind kind) {
+    switch (kind) {
+        case StmtKind::For:
+        case StmtKind::ForEach:
+        case StmtKind::Select:
+        case StmtKind::Try:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+void Checker::CollectLabels(const Block& block, const Block* around) {
     for (const Stmt* statement : block) {
         if (statement->Kind == StmtKind::Label) {
-            if (!mNow.Labels.emplace(statement->Name, statement).second)
+            if (!mNow.Labels.emplace(statement->Name, around).second)
                 Fail(Error::DuplicateLabel, statement->Line);
         }
+        const auto collect = [&](const Block& inner) {
+            CollectLabels(inner, PreparesBlocks(statement->Kind) ? &inner : around);
+        };
         for (const Branch& branch : statement->Branches)
-            CollectLabels(branch.Body);
-        CollectLabels(statement->Body);
-        CollectLabels(statement->Else);
+            collect(branch.Body);
+        collect(statement->Body);
+        collect(statement->Else);
     }
+}
+
+void Checker::CheckGoto(const Stmt& statement) const {
+    const auto label = mNow.Labels.find(statement.Name);
+    if (label == mNow.Labels.end()) Fail(Error::GotoTarget, statement.Line);
+    const Block* wanted = label->second;
+    if (wanted && std::find(mNow.Inside.begin(), mNow.Inside.end(), wanted) == mNow.Inside.end())
+        Fail(Error::GotoTarget, statement.Line);
 }
 
 void Checker::CheckBlock(Block& block, bool scope) {
     if (scope) mNow.Scopes.emplace_back();
+    mNow.Inside.push_back(&block);
     for (Stmt* statement : block)
         CheckStatement(*statement);
+    mNow.Inside.pop_back();
     if (scope) mNow.Scopes.pop_back();
 }
 
@@ -108,8 +138,7 @@ void Checker::CheckStatement(Stmt& statement) {
         case StmtKind::Label:
             return;
         case StmtKind::Goto:
-            if (!mNow.Labels.contains(statement.Name)) Fail(Error::GotoTarget, statement.Line);
-            return;
+            return CheckGoto(statement);
         case StmtKind::Const:
             return CheckConsts(statement);
         case StmtKind::If:
