@@ -2,6 +2,7 @@
 
 #include <unordered_set>
 
+#include "scripting/compiler/Depth.h"
 #include "scripting/compiler/ScriptHost.h"
 #include "scripting/compiler/Symbols.h"
 
@@ -43,6 +44,7 @@ class Checker {
     void DeclareTypes(TypeDecl& owner, Type* around);
     void ResolveHeritage(Type& type);
     void ResolveClassHeritage(Type& type);
+    uint16_t HeightOf(Type& type);
     void DeclareMembers(TypeDecl& decl, Type* owner);
     void DeclareProperty(PropertyDecl& property, Type* owner);
     void DeclareConstant(ConstDecl& decl, Type* owner);
@@ -65,6 +67,7 @@ class Checker {
 
     // Classes
     void Arrange(Type& type);
+    void ArrangeOne(Type& type);
     void CheckStructure(const Type& type, const Type& outer, uint32_t line);
     void ArrangeVirtual(Type& type);
     bool ReplaceVirtual(Method*& slot, Method& method) const;
@@ -105,6 +108,7 @@ class Checker {
 
     // Constants
     void Evaluate(Constant& constant);
+    void WorkOut(Constant& constant);
     void EvaluateMember(Constant& constant);
     bool Fold(Expr& expr) const;
     bool FoldIntegers(Expr& expr, int64_t a, int64_t b) const;
@@ -234,6 +238,7 @@ class Checker {
     Types& mTypes;
     Checked& mOut;
     Context mNow;
+    Depth mDepth;
     Scope mHost;
     Scope mTopVariables;
     std::unordered_map<const Type*, std::vector<Import>> mImports;  // by the module or class with the Using

@@ -10,10 +10,17 @@ enum : uint8_t { Untouched, Arranging, Arranged };
 
 // Gives fields and virtual methods their places, the superclass first.
 void Checker::Arrange(Type& type) {
-    if (type.State != Untouched) return;
+    const Depth::Step step(mDepth, type.Decl->Line);
+    std::vector<Type*> line;
+    for (Type* cls = &type; cls && cls != mTypes.Root() && cls->State == Untouched; cls = cls->Base)
+        line.push_back(cls);
+    for (size_t at = line.size(); at-- > 0;)
+        ArrangeOne(*line[at]);
+}
+
+void Checker::ArrangeOne(Type& type) {
     type.State = Arranging;
     if (type.Base) {
-        if (type.Base != mTypes.Root()) Arrange(*type.Base);
         const auto& inherited = type.Base->Fields;
         type.Fields.insert(type.Fields.begin(), inherited.begin(), inherited.end());
     }

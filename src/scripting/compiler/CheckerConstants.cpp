@@ -8,7 +8,20 @@ void Checker::Evaluate(Constant& constant) {
     if (constant.Progress == Constant::State::Done) return;
     const uint32_t line = constant.Decl ? constant.Decl->Line : constant.Member->Line;
     if (constant.Progress == Constant::State::Busy) Fail(Error::RecursiveConstant, line);
+    if (constant.Failure) throw CompileError(*constant.Failure);
     constant.Progress = Constant::State::Busy;
+    try {
+        const Depth::Step step(mDepth, line);
+        WorkOut(constant);
+    } catch (const CompileError& error) {
+        constant.Progress = Constant::State::Failed;
+        constant.Failure = error;
+        throw;
+    }
+    constant.Progress = Constant::State::Done;
+}
+
+void Checker::WorkOut(Constant& constant) {
     // A constant sees what its own place sees, not what stands around its first use.
     Context before = std::move(mNow);
     mNow = {};
@@ -17,6 +30,7 @@ void Checker::Evaluate(Constant& constant) {
     if (constant.Member) {
         EvaluateMember(constant);
     } else {
+        const uint32_t line = constant.Decl->Line;
         Expr*& init = constant.Decl->Init;
         CheckValue(init);
         constant.T = init->T;
@@ -29,12 +43,18 @@ void Checker::Evaluate(Constant& constant) {
         constant.Value = init->Value;
     }
     mNow = std::move(before);
-    constant.Progress = Constant::State::Done;
 }
 
 void Checker::EvaluateMember(Constant& constant) {
     const EnumMember& member = *constant.Member;
     if (!member.Value) {
+        // From the first one on, as each needs the one before it.
+        std::vector<Constant*> open;
+        for (Constant* before = constant.Before; before && before->Progress == Constant::State::Open;
+             before = before->Before)
+            open.push_back(before);
+        for (size_t at = open.size(); at-- > 0;)
+            Evaluate(*open[at]);
         if (constant.Before) Evaluate(*constant.Before);
         const int64_t last = constant.Before ? std::get<int64_t>(constant.Before->Value) : -1;
         constant.Value = static_cast<int64_t>(static_cast<uint64_t>(last) + 1);

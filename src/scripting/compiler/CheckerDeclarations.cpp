@@ -2,6 +2,10 @@
 
 namespace sorbel::script {
 
+namespace {
+constexpr uint16_t MostInterfaces = 200;  // that stand above each other
+}
+
 Checker::Checker(Tree& tree, Names& names, Types& types, const ScriptHost* host, Checked& out)
     : mTree(tree), mNames(names), mTypes(types), mOut(out) {
     mConstructor = names.Intern("Constructor");
@@ -31,6 +35,8 @@ void Checker::Check() {
     CollectImports();
     for (Type* type : mDeclared)
         ResolveHeritage(*type);
+    for (Type* type : mDeclared)
+        (void)HeightOf(*type);
     for (Type* type : mDeclared)
         type->ReachInterfaces();
     DeclareMembers(mTree.Top, mTop);
@@ -185,6 +191,17 @@ void Checker::ResolveHeritage(Type& type) {
     if (base->Is(Kind::Enum)) Fail(Error::EnumOfEnum, decl.Base.Line);
     if (!base->IsInteger()) Fail(Error::EnumNotInteger, decl.Base.Line);
     type.Element = base;
+}
+
+// Members of interfaces are looked for from one to the next, which the stack must allow.
+uint16_t Checker::HeightOf(Type& type) {
+    if (type.Height > 0) return type.Height;
+    const Depth::Step step(mDepth, type.Decl->Line);
+    uint16_t below = 0;
+    for (Type* part : type.Interfaces)
+        below = std::max(below, HeightOf(*part));
+    if (below == MostInterfaces) Fail(Error::Nesting, type.Decl->Line);
+    return type.Height = static_cast<uint16_t>(below + 1);
 }
 
 void Checker::ResolveClassHeritage(Type& type) {

@@ -27,6 +27,7 @@ Expr* Checker::Reference(Variable& variable, uint32_t line) {
 // Gives an expression its meaning and type. The result may be no value: a namespace or a method not called.
 void Checker::CheckExpr(Expr*& expr, const Type* expected) {
     if (expr->T) return;  // made by the checker itself
+    const Depth::Step step(mDepth, expr->Line);
     switch (expr->Kind) {
         case ExprKind::Literal: {
             static constexpr Kind kinds[] = {Kind::Void, Kind::Boolean, Kind::Int64, Kind::Double,

@@ -56,9 +56,8 @@ void Checker::FailUnknown(NameId name, uint32_t line) const {
 }
 
 Symbol* Checker::FindMember(const Type* type, NameId name) const {
-    if (const auto found = type->Own.find(name); found != type->Own.end()) return found->second;
-    if (type->Base)
-        if (Symbol* found = FindMember(type->Base, name)) return found;
+    for (const Type* cls = type; cls; cls = cls->Base)
+        if (const auto found = cls->Own.find(name); found != cls->Own.end()) return found->second;
     if (type->Is(Kind::Interface)) {
         for (const Type* part : type->Interfaces)
             if (Symbol* found = FindMember(part, name)) return found;

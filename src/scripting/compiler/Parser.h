@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "scripting/compiler/Depth.h"
 #include "scripting/compiler/Syntax.h"
 
 namespace sorbel::script {
@@ -53,7 +54,8 @@ class Parser {
     void ReadPragma(uint32_t line);
     void SkipInactive(bool mayElse);
     [[nodiscard]] bool DirectiveCondition();
-    [[nodiscard]] ConstantValue DirectiveValue(const Expr& expr) const;
+    [[nodiscard]] ConstantValue DirectiveValue(const Expr& expr);
+    [[nodiscard]] ConstantValue NamedValue(NameId name);
 
     // Declarations
     struct Modifiers {
@@ -135,7 +137,14 @@ class Parser {
         bool SawElse;
     };
     std::vector<OpenIf> mOpenIfs;
-    std::unordered_map<NameId, Expr*> mConstants;  // for the conditions of #If
+    /// What a condition of #If knows of a constant: worked out once, when it is asked for.
+    struct DirectiveConstant {
+        Expr* Init;
+        enum class State : uint8_t { Open, Busy, Done } Progress = State::Open;
+        ConstantValue Value;
+    };
+    std::unordered_map<NameId, DirectiveConstant> mConstants;
+    Depth mDepth;  // of what a condition refers to
     NameId mGet, mSet, mDirectiveIf, mDirectiveElse, mDirectiveElseIf, mDirectiveEndIf, mDirectivePragma,
         mErrorWord, mWarningWord, mAttributes, mAlignment, mReDim;
 };

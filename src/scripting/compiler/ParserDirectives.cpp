@@ -128,15 +128,10 @@ ConstantValue Worked(Op op, const ConstantValue& left, const ConstantValue& righ
 
 // The value of an expression of literals, constants that stand above, and logic; nothing if it is not
 // constant.
-ConstantValue Parser::DirectiveValue(const Expr& expr) const {
+ConstantValue Parser::DirectiveValue(const Expr& expr) {
+    const Depth::Step step(mDepth, expr.Line);
     if (expr.Kind == ExprKind::Literal) return expr.Value;
-    if (expr.Kind == ExprKind::Name) {
-        const String name = Fold(mNames.Spelling(expr.Name));
-        if (name == "debugbuild" || name == "targetwindows" || name == "targetmacos") return false;
-        if (name == "targetlinux" || name == "targetdesktop" || name == "target64bit") return true;
-        const auto found = mConstants.find(expr.Name);
-        return found == mConstants.end() ? ConstantValue() : DirectiveValue(*found->second);
-    }
+    if (expr.Kind == ExprKind::Name) return NamedValue(expr.Name);
     if (expr.Kind == ExprKind::Unary) {
         const ConstantValue value = DirectiveValue(*expr.Left);
         if (expr.Operator == Op::Negate) return Worked(Op::Subtract, int64_t{0}, value);
@@ -154,6 +149,23 @@ ConstantValue Parser::DirectiveValue(const Expr& expr) const {
     if (expr.Operator == Op::Or) return *a || *b;
     if (expr.Operator == Op::Xor) return *a != *b;
     return {};
+}
+
+ConstantValue Parser::NamedValue(NameId id) {
+    const String name = Fold(mNames.Spelling(id));
+    if (name == "debugbuild" || name == "targetwindows" || name == "targetmacos") return false;
+    if (name == "targetlinux" || name == "targetdesktop" || name == "target64bit") return true;
+    const auto found = mConstants.find(id);
+    if (found == mConstants.end()) return {};
+    DirectiveConstant& constant = found->second;
+    using State = DirectiveConstant::State;
+    if (constant.Progress == State::Busy) Fail(Error::RecursiveConstant, constant.Init->Line);
+    if (constant.Progress == State::Open) {
+        constant.Progress = State::Busy;
+        constant.Value = DirectiveValue(*constant.Init);
+        constant.Progress = State::Done;
+    }
+    return constant.Value;
 }
 
 // pragma = "#Pragma" ( "Error" text | "Warning" text | anything )

@@ -145,6 +145,7 @@ void Parser::ReadArguments(Expr& call) {
 
 // address = ( "AddressOf" | "WeakAddressOf" ) primary { "." name }
 Expr* Parser::ReadAddress() {
+    Nested nested(*this);
     const Token& token = Now();
     Take();
     Expr* expr = NewExpr(ExprKind::AddressOf, token.Line);

@@ -249,7 +249,7 @@ void Parser::ReadConsts(std::vector<ConstDecl>& consts, Visibility visible) {
         if (At(Tok::KAs)) decl.Named = ReadAsType();
         Expect(Tok::Equal);
         decl.Init = ReadExpr();
-        mConstants.emplace(decl.Name, decl.Init);
+        mConstants.emplace(decl.Name, DirectiveConstant{decl.Init, {}, {}});
         consts.push_back(std::move(decl));
     } while (Accept(Tok::Comma));
 }

@@ -28,7 +28,8 @@ struct Constant {
     Type* Owner = nullptr;
     ConstantValue Value;
     const Type* T = nullptr;
-    enum class State : uint8_t { Open, Busy, Done } Progress = State::Open;
+    enum class State : uint8_t { Open, Busy, Done, Failed } Progress = State::Open;
+    std::optional<CompileError> Failure;  // which whoever uses it meets too
     size_t Scope = 0;
     Constant* Before = nullptr;  // the enumeration's member above
 };
