@@ -160,6 +160,7 @@ class Emitter {
     void EmitHost(const Expr& expr, Register to);
     void PassArguments(std::vector<Argument>& arguments, const MethodDecl& decl, size_t first,
                        bool check = false);
+    void PreparePlace(Argument& argument);
     void PrepareArgument(Argument& argument, bool byRef, bool copies);
     void PassNative(const std::vector<Expr*>& values);
     void TakeBack(const std::vector<Argument>& arguments, const MethodDecl& decl, size_t first);

@@ -59,19 +59,35 @@ bool Emitter::IsOnlyHere(const Variable& variable) const {
     return variable.T->Is(Kind::String) && IsDirect(variable) && local && mTries == 0;
 }
 
+// An element or field whose object and index are worked out once, for the way there and the way back.
+void Emitter::PreparePlace(Argument& argument) {
+    Expr place = *argument.Value;
+    argument.Base = Own(*place.Left);
+    Variable base, index;
+    base.Index = argument.Base;
+    Expr held, at;
+    held.Kind = at.Kind = ExprKind::Variable;
+    held.T = place.Left->T;
+    held.Var = &base;
+    at.T = mInteger;
+    at.Var = &index;
+    if (place.Kind == ExprKind::Subscript) {
+        argument.Index = ArrayIndex(place, argument.Base);
+        if (!IsTemp(argument.Index)) {
+            const Register copy = Temp(mInteger);
+            Put(Code::Move, copy, argument.Index);
+            argument.Index = copy;
+        }
+        index.Index = argument.Index;
+        place.Args = {&at};
+    }
+    place.Left = &held;
+    argument.Reg = Own(place);
+}
+
 void Emitter::PrepareArgument(Argument& argument, bool byRef, bool copies) {
     const Expr& value = *argument.Value;
-    if (byRef && value.Kind != ExprKind::Variable) {
-        argument.Base = Own(*value.Left);
-        if (value.Kind == ExprKind::Subscript) {
-            argument.Index = ArrayIndex(value, argument.Base);
-            if (!IsTemp(argument.Index)) {
-                const Register copy = Temp(mInteger);
-                Put(Code::Move, copy, argument.Index);
-                argument.Index = copy;
-            }
-        }
-    }
+    if (byRef && value.Kind != ExprKind::Variable) return PreparePlace(argument);
     argument.Simple = !byRef && IsSimple(value) && !copies;
     if (argument.Simple) return;
     argument.Lent = byRef && !copies && value.Kind == ExprKind::Variable && IsOnlyHere(*value.Var);
