@@ -37,6 +37,8 @@ class Checker {
     void Check();
 
   private:
+    static constexpr uint16_t MostHeight = 200;
+
     using Scope = std::unordered_map<NameId, Symbol*>;
 
     // Declarations
@@ -68,7 +70,7 @@ class Checker {
     // Classes
     void Arrange(Type& type);
     void ArrangeOne(Type& type);
-    void CheckStructure(const Type& type, const Type& outer, uint32_t line);
+    void CheckStructure(Type& type, const Type& outer, uint32_t line);
     void ArrangeVirtual(Type& type);
     bool ReplaceVirtual(Method*& slot, Method& method) const;
     void CheckInterfaces(Type& type);

@@ -39,13 +39,15 @@ void Checker::ArrangeOne(Type& type) {
 }
 
 // A structure lies inside the structure that has a field of it.
-void Checker::CheckStructure(const Type& type, const Type& outer, uint32_t line) {
+void Checker::CheckStructure(Type& type, const Type& outer, uint32_t line) {
     for (const Variable* field : type.Fields) {
         const Type* inner = field->T->Is(Kind::Array) ? field->T->Element : field->T;
         if (!inner->Is(Kind::Structure)) continue;
         if (inner == &outer) Fail(Error::StructureInItself, line);
         if (inner->State == Untouched) Arrange(const_cast<Type&>(*inner));
         if (inner->State == Arranging) Fail(Error::StructureInItself, line);
+        if (inner->Height == MostHeight) Fail(Error::Nesting, line);
+        type.Height = std::max(type.Height, static_cast<uint16_t>(inner->Height + 1));
     }
 }
 

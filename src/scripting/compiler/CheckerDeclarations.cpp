@@ -2,10 +2,6 @@
 
 namespace sorbel::script {
 
-namespace {
-constexpr uint16_t MostInterfaces = 200;  // that stand above each other
-}
-
 Checker::Checker(Tree& tree, Names& names, Types& types, const ScriptHost* host, Checked& out)
     : mTree(tree), mNames(names), mTypes(types), mOut(out) {
     mConstructor = names.Intern("Constructor");
@@ -200,7 +196,7 @@ uint16_t Checker::HeightOf(Type& type) {
     uint16_t below = 0;
     for (Type* part : type.Interfaces)
         below = std::max(below, HeightOf(*part));
-    if (below == MostInterfaces) Fail(Error::Nesting, type.Decl->Line);
+    if (below == MostHeight) Fail(Error::Nesting, type.Decl->Line);
     return type.Height = static_cast<uint16_t>(below + 1);
 }
 

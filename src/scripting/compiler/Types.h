@@ -67,7 +67,7 @@ struct Type {
     Method* Signature = nullptr;  // of a delegate
     uint32_t Index = 0;           // of a class or structure in the program
     uint8_t State = 0;            // how far the checker is with it
-    uint16_t Height = 0;          // of an interface: how many stand above each other, it included
+    uint16_t Height = 0;          // how many interfaces stand above, or structures lie in, each other
 
     [[nodiscard]] bool IsNumber() const { return K >= Kind::Int8 && K <= Kind::Double; }
     [[nodiscard]] bool IsInteger() const { return K >= Kind::Int8 && K <= Kind::UInt64; }
