@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "script/RecordingScript.h"
 
@@ -49,10 +47,8 @@ void Check(const String& text, const String& where) {
 TEST(ScriptCases, DoWhatTheySay) {
     size_t count = 0;
     for (const auto& file : std::filesystem::directory_iterator(SORBEL_SCRIPT_CASES)) {
-        std::ostringstream text;
-        text << std::ifstream(file.path()).rdbuf();
         size_t part = 0;
-        for (const String& one : Split(text.str(), "// ---\n"))
+        for (const String& one : Split(ReadText(file.path().string()), "// ---\n"))
             Check(one, file.path().filename().string() + " part " + std::to_string(++part)), ++count;
     }
     EXPECT_GT(count, 5u);

@@ -1,10 +1,18 @@
 #pragma once
 
+#include <fstream>
 #include <map>
+#include <sstream>
 
 #include "scripting/compiler/KestrumScript.h"
 
 namespace sorbel::script {
+
+inline String ReadText(const String& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
 
 /// A script whose events are kept.
 class RecordingScript : public KestrumScript {
