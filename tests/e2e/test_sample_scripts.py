@@ -81,6 +81,17 @@ class SampleScripts(driver.Case):
         self.assertEqual([self.translation("platforms", platform) for platform in range(4)], ["Beenden"] * 4)
         self.assertEqual(self.driven.rows()["index"], row)
 
+    def test_checks_compare_words_across_rows(self):
+        self.driven = self.program(self.write("terms.kestrum_locale", entries=[
+            ["a", [[0, "Save file", "Datei sichern"]]],
+            ["b", [[0, "SAVE FILE", "Akte sichern"]]],
+            ["c", [[0, "Window", "fenster"]]]]))
+        for script, report in [("Check Same Texts", "Save file: Datei sichern / Akte sichern\n"),
+                               ("Check Terms", 'Row 2: file is not "Datei": Akte sichern\n')]:
+            self.assertEqual(self.run_script(script)["explanation"], report)
+            self.assertEqual(self.selected(), "b")
+        self.assertFalse(self.driven.document()["dirty"])
+
     def test_statistics_and_nothing_left_untried(self):
         dialog = self.run_script("Statistics")
         self.assertEqual(dialog["message"], "9 of 11 rows are translated (82 %).")
