@@ -28,6 +28,9 @@ using StringView = std::string_view;
 /// Simple case folding of a whole text.
 [[nodiscard]] String Fold(StringView text);
 
+/// The order of two texts that `Fold` has made: below, equal to or above 0.
+[[nodiscard]] int CompareFolded(StringView a, StringView b);
+
 // --- Counting and cutting, in characters (code points) ---
 
 [[nodiscard]] int64_t Len(StringView text);  ///< characters
@@ -58,6 +61,8 @@ struct Character {
 
 /// Unicode White_Space taken off both ends.
 [[nodiscard]] String Trim(StringView text);
+/// The same as a part of the text.
+[[nodiscard]] StringView Trimmed(StringView text);
 /// The fields between delimiters; an empty text gives one empty field. The delimiter is
 /// compared byte by byte.
 [[nodiscard]] std::vector<String> Split(StringView text, StringView delimiter);

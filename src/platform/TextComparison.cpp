@@ -111,19 +111,57 @@ int StrComp(StringView a, StringView b, [[maybe_unused]] int mode) {
     return a.compare(b);
 }
 
+namespace {
+
+/// The bytes of a folded text, one character after the other.
+class FoldedBytes {
+  public:
+    explicit FoldedBytes(StringView text) : mRest(text) {}
+
+    /// Empty at the end.
+    StringView NextCharacter() {
+        if (mRest.empty()) return {};
+        const Decoded character = Decode(mRest.data(), mRest.size());
+        size_t size = 1;
+        if (character.CodePoint < 0)
+            mFolded[0] = mRest[0];
+        else
+            size = Encode(FoldCodePoint(character.CodePoint), mFolded);
+        mRest.remove_prefix(character.Size);
+        return {mFolded, size};
+    }
+    /// -1 at the end.
+    int Next() {
+        if (mNow.empty()) mNow = NextCharacter();
+        if (mNow.empty()) return -1;
+        const auto byte = static_cast<unsigned char>(mNow[0]);
+        mNow.remove_prefix(1);
+        return byte;
+    }
+
+  private:
+    StringView mRest, mNow;
+    char mFolded[4] = {};
+};
+
+}  // namespace
+
 String Fold(StringView text) {
     String folded;
     folded.reserve(text.size());
-    char encoded[4];
-    while (!text.empty()) {
-        const Decoded character = Decode(text.data(), text.size());
-        if (character.CodePoint < 0)
-            folded += text[0];
-        else
-            folded.append(encoded, Encode(FoldCodePoint(character.CodePoint), encoded));
-        text.remove_prefix(character.Size);
-    }
+    FoldedBytes bytes(text);
+    for (StringView next = bytes.NextCharacter(); !next.empty(); next = bytes.NextCharacter())
+        folded += next;
     return folded;
+}
+
+int CompareFolded(StringView a, StringView b) {
+    FoldedBytes first(a), second(b);
+    for (;;) {
+        const int one = first.Next(), other = second.Next();
+        if (one != other) return one - other;
+        if (one < 0) return 0;
+    }
 }
 
 }  // namespace sorbel

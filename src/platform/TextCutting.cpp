@@ -54,7 +54,7 @@ Character FirstCharacter(StringView text) {
     return {text.substr(0, character.Size), character.CodePoint};
 }
 
-String Trim(StringView text) {
+StringView Trimmed(StringView text) {
     while (!text.empty()) {
         const Decoded first = Decode(text.data(), text.size());
         if (!IsSpace(first)) break;
@@ -65,7 +65,11 @@ String Trim(StringView text) {
         if (!IsSpace(last)) break;
         text.remove_suffix(last.Size);
     }
-    return String(text);
+    return text;
+}
+
+String Trim(StringView text) {
+    return String(Trimmed(text));
 }
 
 }  // namespace sorbel

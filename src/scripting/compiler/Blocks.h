@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "scripting/compiler/Footprint.h"
+
 #if defined(__SANITIZE_ADDRESS__)
 #define SORBEL_ADDRESS_SANITIZER
 #elif defined(__has_feature)
@@ -24,6 +26,7 @@ class SmallBlocks {
 #else
     static constexpr size_t Largest = 256;
 #endif
+    explicit SmallBlocks(Footprint& room) : mRoom(room) {}
     /// What a block for so many bytes, at most `Largest`, really holds.
     [[nodiscard]] static constexpr size_t Room(size_t bytes) {
         return (bytes + Step - 1) / Step * Step;
@@ -51,6 +54,7 @@ class SmallBlocks {
 
     void* Cut(size_t room);
 
+    Footprint& mRoom;
     Spare* mSpare[Largest / Step + 1] = {};
     std::vector<std::unique_ptr<std::byte[]>> mPieces;
     std::byte* mNext = nullptr;

@@ -113,6 +113,7 @@ class Checker {
     void WorkOut(Constant& constant);
     void EvaluateMember(Constant& constant);
     bool Fold(Expr& expr) const;
+    void JoinTexts(Expr& expr) const;
     bool FoldIntegers(Expr& expr, int64_t a, int64_t b) const;
     bool FoldReals(Expr& expr, double a, double b) const;
 

@@ -22,6 +22,7 @@ void Checker::ArrangeOne(Type& type) {
     type.State = Arranging;
     if (type.Base) {
         const auto& inherited = type.Base->Fields;
+        mTree.Room.Need((inherited.size() + type.Base->Virtual.size()) * sizeof(void*), type.Decl->Line);
         type.Fields.insert(type.Fields.begin(), inherited.begin(), inherited.end());
     }
     for (size_t index = 0; index < type.Fields.size(); ++index)

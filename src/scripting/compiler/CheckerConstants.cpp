@@ -87,8 +87,8 @@ bool Checker::Fold(Expr& expr) const {
     } else {
         const ConstantValue& right = expr.Right->Value;
         if (left.index() != right.index()) return false;
-        if (std::holds_alternative<String>(left) && expr.Operator == Op::Add)
-            expr.Value = std::get<String>(left) + std::get<String>(right);
+        if (std::holds_alternative<ConstantText>(left) && expr.Operator == Op::Add)
+            JoinTexts(expr);
         else if (std::holds_alternative<int64_t>(left))
             return FoldIntegers(expr, std::get<int64_t>(left), std::get<int64_t>(right));
         else if (std::holds_alternative<double>(left))
@@ -98,6 +98,22 @@ bool Checker::Fold(Expr& expr) const {
     }
     expr.Kind = ExprKind::Literal;
     return true;
+}
+
+void Checker::JoinTexts(Expr& expr) const {
+    const StringView left = std::get<ConstantText>(expr.Left->Value).View(),
+                     right = std::get<ConstantText>(expr.Right->Value).View();
+    mTree.Room.Keep(left.size() + right.size(), expr.Line);
+    String joined;
+    joined.reserve(left.size() + right.size());
+    joined.append(left).append(right);
+    expr.Value = ConstantText(std::move(joined));
+    // The parts would make a long sum a square of its length.
+    for (Expr* part : {expr.Left, expr.Right}) {
+        const ConstantText& text = std::get<ConstantText>(part->Value);
+        if (!text.IsShared()) mTree.Room.GiveBack(text.View().size());
+        part->Value = ConstantText();
+    }
 }
 
 bool Checker::FoldIntegers(Expr& expr, int64_t a, int64_t b) const {

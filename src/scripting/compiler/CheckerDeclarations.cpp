@@ -139,6 +139,7 @@ Symbol* Checker::Declare(Members& members, NameId name, Symbol::What what, uint3
             Fail(Error::DuplicateProperty, line);
         Fail(Error::Redefined, line);
     }
+    mTree.Room.Need(sizeof(Symbol) + sizeof(Variable) + sizeof(Method), line);
     Symbol& symbol = mOut.Symbols.emplace_back();
     symbol.Is = what;
     symbol.Name = name;

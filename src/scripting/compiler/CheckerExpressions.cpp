@@ -5,6 +5,7 @@
 namespace sorbel::script {
 
 Expr* Checker::MakeExpr(ExprKind kind, uint32_t line, const Type* type) {
+    mTree.Room.Need(sizeof(Expr), line);
     Expr& expr = mTree.Exprs.emplace_back();
     expr.Kind = kind;
     expr.Line = line;
@@ -14,7 +15,7 @@ Expr* Checker::MakeExpr(ExprKind kind, uint32_t line, const Type* type) {
 
 Expr* Checker::MakeText(String text, uint32_t line) {
     Expr* expr = MakeExpr(ExprKind::Literal, line, mString);
-    expr->Value = std::move(text);
+    expr->Value = ConstantText(std::move(text));
     return expr;
 }
 

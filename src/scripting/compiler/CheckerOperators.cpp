@@ -261,7 +261,8 @@ bool Checker::CallOperator(Expr*& expr, const char* name, Expr* self, bool assig
 // `object.name`, where the class has no such member: Operator_Lookup is given the name as it is written.
 bool Checker::CallLookup(Expr*& expr, const Expr& member, bool assigns) {
     Expr* self = member.Left;
-    expr->Args.insert(expr->Args.begin(), MakeText(std::get<String>(member.Value), member.Line));
+    expr->Args.insert(expr->Args.begin(),
+                      MakeText(String(std::get<ConstantText>(member.Value).View()), member.Line));
     return CallOperator(expr, "Operator_Lookup", self, assigns);
 }
 

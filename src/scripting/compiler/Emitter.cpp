@@ -48,6 +48,8 @@ void Emitter::EmitClass(Type& type) {
     info.T = &type;
     info.Base = type.Base ? &mProgram.Classes[type.Base->Index] : nullptr;
     info.IsStructure = type.Is(Kind::Structure);
+    mTree.Room.Need((type.Fields.size() + type.Virtual.size()) * sizeof(void*),
+                    type.Decl ? type.Decl->Line : 1);
     bool starts = false;
     for (const Variable* field : type.Fields) {
         info.ReferenceField.push_back(field->T->IsReference());
@@ -207,6 +209,7 @@ void Emitter::FinishFunction(uint32_t line) {
 // Whatever does not fit in its operand is refused here, so that no operation ever means another thing.
 uint32_t Emitter::Put(Code code, uint32_t a, uint32_t b, uint32_t c) {
     if (std::max({a, b, c}) > UINT16_MAX) Fail(Error::Backend, mLine);
+    mTree.Room.Need(sizeof(Instruction) + sizeof(uint32_t), mLine);
     mFunction->Code.push_back(
         {code, static_cast<uint16_t>(a), static_cast<uint16_t>(b), static_cast<uint16_t>(c)});
     mFunction->Lines.push_back(mLine);
@@ -388,10 +391,13 @@ uint32_t Emitter::AddConstant(Slot value) {
     return static_cast<uint32_t>(mProgram.Constants.size() - 1);
 }
 
-uint32_t Emitter::AddText(const String& text) {
-    const auto [place, added] = mTexts.try_emplace(text, static_cast<uint32_t>(mProgram.Texts.size()));
+// A long text that is used many times is looked at once.
+uint32_t Emitter::AddText(const ConstantText& text) {
+    const auto [known, unseen] = mTextPlaces.try_emplace(text.View().data(), 0);
+    if (!unseen) return known->second;
+    const auto [place, added] = mTexts.try_emplace(text.View(), static_cast<uint32_t>(mProgram.Texts.size()));
     if (added) mProgram.Texts.push_back(text);
-    return place->second;
+    return known->second = place->second;
 }
 
 uint32_t Emitter::BoxType(const Type* type) {

@@ -176,7 +176,7 @@ class Emitter {
     [[nodiscard]] bool MayChange(const Expr& expr) const;
 
     uint32_t AddConstant(Slot value);
-    uint32_t AddText(const String& text);
+    uint32_t AddText(const ConstantText& text);
     uint32_t BoxType(const Type* type);
     uint32_t ArrayShapeOf(const Type* type);
 
@@ -215,8 +215,9 @@ class Emitter {
     };
     std::unordered_map<NameId, NamedLabel> mLabels;
     Register mNewObject = 0;
-    std::unordered_map<const Type*, uint32_t> mStarts;  // functions that give fields their first values
-    std::unordered_map<String, uint32_t> mTexts;
+    std::unordered_map<const Type*, uint32_t> mStarts;      // functions that give fields their first values
+    std::unordered_map<StringView, uint32_t> mTexts;        // as the program keeps them
+    std::unordered_map<const char*, uint32_t> mTextPlaces;  // the same, by where the tree keeps them
     std::unordered_map<const Type*, uint32_t> mBoxTypes, mShapes;
 };
 

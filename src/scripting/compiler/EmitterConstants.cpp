@@ -43,9 +43,8 @@ class ConstantSearch {
     // `wanted` says that the value is asked for in a register, which may be any.
     void Visit(const Expr* expr, bool wanted) {
         if (!expr) return;
-        const bool text = std::holds_alternative<String>(expr->Value);
         if (expr->Kind == ExprKind::Literal) {
-            const bool counts = wanted && !(text && std::get<String>(expr->Value).empty());
+            const bool counts = wanted && expr->Value != ConstantValue(ConstantText());
             if (counts && mFound.size() < mMost) mFound.push_back(expr);
             return;
         }
@@ -59,7 +58,7 @@ class ConstantSearch {
     // A number is put where it is passed on by its own operation; a text is counted once less in a register.
     static bool IsTextFor(const Expr& call, const Expr* part) {
         const bool calls = call.Kind == ExprKind::Native || call.Kind == ExprKind::Host;
-        return calls && part && std::holds_alternative<String>(part->Value);
+        return calls && part && std::holds_alternative<ConstantText>(part->Value);
     }
 
     static bool HoldsNumber(const Expr& binary) {

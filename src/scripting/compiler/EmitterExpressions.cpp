@@ -103,8 +103,8 @@ void Emitter::EmitConditional(const Expr& expr, Register to) {
 
 void Emitter::EmitLiteral(const Expr& expr, Register to) {
     Slot value;
-    if (const String* text = std::get_if<String>(&expr.Value)) {
-        if (text->empty())
+    if (const auto* text = std::get_if<ConstantText>(&expr.Value)) {
+        if (text->View().empty())
             Put(Code::LoadNull, to);
         else
             PutWide(Code::LoadText, to, AddText(*text));

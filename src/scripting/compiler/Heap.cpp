@@ -24,7 +24,7 @@ void FailType(const std::string& message) {
 }
 
 void FailMemory() {
-    throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+    throw Failure{OutOfMemory, OutOfMemoryMessage};
 }
 
 size_t ElementSize(ElementKind kind) {
@@ -78,15 +78,24 @@ Memory::~Memory() {
 
 void* Memory::Allocate(size_t bytes) {
     void* block = nullptr;
-    if (bytes <= Limit - mInUse) block = IsSmall(bytes) ? mSmall.Take(bytes) : std::malloc(bytes);
+    if (bytes <= Left()) block = Take(bytes);
     if (!block) FailMemory();
     mInUse += bytes;
     return block;
 }
 
+void Memory::Expect(size_t bytes) {
+    if (bytes > Left() || !mRoom.MayGrow(bytes)) FailMemory();
+}
+
+void* Memory::Take(size_t bytes) {
+    if (IsSmall(bytes)) return mSmall.Take(bytes);
+    return mRoom.MayGrow(bytes) ? std::malloc(bytes) : nullptr;
+}
+
 void* Memory::Resize(void* block, size_t before, size_t after) {
     void* moved = nullptr;
-    if (after <= before || after - before <= Limit - mInUse) moved = Move(block, before, after);
+    if (after <= before || after - before <= Left()) moved = Move(block, before, after);
     if (!moved) FailMemory();
     mInUse += after - before;
     return moved;
@@ -94,8 +103,11 @@ void* Memory::Resize(void* block, size_t before, size_t after) {
 
 // Another block of the given size with the same beginning; null if there is none.
 void* Memory::Move(void* block, size_t before, size_t after) {
-    if (!IsSmall(before) && !IsSmall(after)) return std::realloc(block, after);
-    void* moved = IsSmall(after) ? mSmall.Take(after) : std::malloc(after);
+    if (!IsSmall(before) && !IsSmall(after)) {
+        if (after > before && !mRoom.MayGrow(after - before)) return nullptr;
+        return std::realloc(block, after);
+    }
+    void* moved = Take(after);
     if (!moved) return nullptr;
     std::memcpy(moved, block, std::min(before, after));
     if (IsSmall(before))
@@ -177,8 +189,7 @@ void Memory::MakeArrays(Object& structure) {
         Array* array = NewArray(shape.T, shape.Element, 1, shape.Structure);
         array->Fixed = true;
         structure.Fields()[field].A = array;
-        if (count > static_cast<int64_t>(Limit / ElementSize(shape.Element)))
-            throw Failure{"OutOfMemoryException", "The script needs more than its memory."};
+        if (count > static_cast<int64_t>(Limit / ElementSize(shape.Element))) FailMemory();
         const size_t size = static_cast<size_t>(count) * ElementSize(shape.Element);
         array->Data = static_cast<char*>(Allocate(size));
         std::memset(array->Data, 0, size);

@@ -46,6 +46,8 @@ struct Failure {
 [[noreturn]] void FailOutOfBounds();
 [[noreturn]] void FailNil();
 [[noreturn]] void FailFixed();
+inline constexpr const char* OutOfMemory = "OutOfMemoryException";
+inline constexpr const char* OutOfMemoryMessage = "The script needs more than its memory.";
 [[noreturn]] void FailMemory();
 [[noreturn]] void FailType(const std::string& message);
 
@@ -144,9 +146,9 @@ struct Table : Linked {
 /// everything that could be part of a circle.
 class Memory {
   public:
-    static constexpr size_t Limit = size_t{1} << 30;
+    static constexpr size_t Limit = Footprint::Limit;
 
-    Memory() = default;
+    explicit Memory(Footprint& room) : mRoom(room), mSmall(room), mInUse(room.Kept()) {}
     Memory(const Memory&) = delete;
     Memory& operator=(const Memory&) = delete;
     ~Memory();
@@ -160,7 +162,9 @@ class Memory {
         else
             std::free(block);
     }
-    [[nodiscard]] size_t InUse() const { return mInUse; }
+    /// Fails if there would be no memory for so much more, which is needed for a moment only.
+    void Expect(size_t bytes);
+    [[nodiscard]] size_t Left() const { return Limit - mInUse; }
 
     Text* NewText(std::string_view bytes);
     /// What a block for so many bytes really holds.
@@ -203,6 +207,7 @@ class Memory {
   private:
     void MakeArrays(Object& structure);
     [[nodiscard]] static bool IsSmall(size_t bytes) { return bytes <= SmallBlocks::Largest; }
+    void* Take(size_t bytes);
     void* Move(void* block, size_t before, size_t after);
     void Link(Linked* thing);
     void Unlink(Linked* thing);
@@ -216,9 +221,10 @@ class Memory {
     void AddDead(Linked* thing);
     Linked* TakeDead();
 
+    Footprint& mRoom;
     SmallBlocks mSmall;
     FieldPlaces mFields;
-    size_t mInUse = 0;
+    size_t mInUse;
     Linked* mFirst = nullptr;
     std::unordered_map<const Object*, Delegate*> mWeak;  // the first that is weak, by its target
     Linked* mDead = nullptr;                             // the first of what waits to go

@@ -1,5 +1,7 @@
 #include "scripting/compiler/KestrumScript.h"
 
+#include <new>
+
 #include "scripting/compiler/Emitter.h"
 #include "scripting/compiler/Lexer.h"
 #include "scripting/compiler/Machine.h"
@@ -13,6 +15,8 @@ constexpr int64_t PragmaWarning = 1;
 
 /// One compilation: what all passes share.
 struct Compilation {
+    explicit Compilation(Footprint& room) : Tree(room) {}
+
     script::Names Names;
     script::Types Types{Names};
     script::Tree Tree;
@@ -20,7 +24,7 @@ struct Compilation {
     script::Program Program;
 
     void Read(StringView text) {
-        const std::vector<Token> tokens = ReadTokens(text, Names);
+        const std::vector<Token> tokens = ReadTokens(text, Names, Tree.Room);
         Parser(tokens, Names, Tree).ReadProgram();
     }
     void Build(StringView source, const ScriptHost* host) {
@@ -53,21 +57,22 @@ class Forward final : public Console {
 }  // namespace
 
 void KestrumScript::Run() {
-    Compilation compilation;
+    Footprint room(Source.size());
+    Compilation compilation(room);
+    std::optional<ScriptFailure> failure;
     try {
         compilation.Build(Source, Context);
+        for (const auto& [line, text] : compilation.Tree.Warnings)
+            Event_CompilerWarning({line}, PragmaWarning, InOrder({text}));
+        Forward console([this](const String& text) { Event_Print(text); },
+                        [this](const String& prompt) { return Event_Input(prompt); });
+        Machine machine(compilation.Program, compilation.Types, Context, console, room);
+        failure = machine.Run(Watch);
     } catch (const CompileError& error) {
         Event_CompilerError({error.Line}, static_cast<int64_t>(error.Number), InOrder(error.Details));
         return;
-    }
-    for (const auto& [line, text] : compilation.Tree.Warnings)
-        Event_CompilerWarning({line}, PragmaWarning, InOrder({text}));
-    Forward console([this](const String& text) { Event_Print(text); },
-                    [this](const String& prompt) { return Event_Input(prompt); });
-    std::optional<ScriptFailure> failure;
-    {
-        Machine machine(compilation.Program, compilation.Types, Context, console);
-        failure = machine.Run(Watch);
+    } catch (const std::bad_alloc&) {
+        failure = ScriptFailure{OutOfMemory, OutOfMemoryMessage, room.Line()};
     }
     if (failure) Event_RuntimeError({failure->Line}, failure->ClassName, failure->Message);
 }

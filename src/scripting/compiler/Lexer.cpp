@@ -35,7 +35,7 @@ const std::unordered_map<String, Tok>& Keywords() {
 
 class Lexer {
   public:
-    Lexer(StringView source, Names& names) : mSource(source), mNames(names) {}
+    Lexer(StringView source, Names& names, Footprint& room) : mSource(source), mNames(names), mRoom(room) {}
 
     std::vector<Token> Read() {
         while (mAt < mSource.size())
@@ -49,6 +49,9 @@ class Lexer {
     char Peek(size_t ahead = 0) const { return mAt + ahead < mSource.size() ? mSource[mAt + ahead] : '\0'; }
 
     Token& Add(Tok kind, size_t start) {
+        // A list that is full is copied.
+        const size_t copied = mTokens.size() == mTokens.capacity() ? mTokens.size() : 0;
+        mRoom.Need((1 + copied) * sizeof(Token), mLine);
         Token token;
         token.Kind = kind;
         token.Line = mLine;
@@ -62,7 +65,7 @@ class Lexer {
         const String found(mSource.substr(start, mAt - start));
         Token& token = Add(Tok::Bad, start);
         token.Integer = static_cast<int64_t>(Error::NotAvailable);
-        token.Text = found + " (write " + instead + ")";
+        token.Text = ConstantText(found + " (write " + instead + ")");
     }
     void AddBad(Error number, size_t start) { Add(Tok::Bad, start).Integer = static_cast<int64_t>(number); }
 
@@ -190,9 +193,22 @@ class Lexer {
         Add(Tok::Real, start).Real = value;
     }
 
+    // How many bytes there are up to the quote that ends a text, or to the end of the line.
+    size_t TextSize() const {
+        size_t at = mAt;
+        for (;; at += 2) {
+            at = mSource.find_first_of("\"\r\n", at);
+            if (at == StringView::npos) return mSource.size() - mAt;
+            if (mSource.substr(at, 2) != "\"\"") return at - mAt;
+        }
+    }
+
     void ReadText() {
         const size_t start = mAt++;
+        const size_t size = TextSize();
+        mRoom.Keep(size, mLine);
         String text;
+        text.reserve(size);
         for (;;) {
             const char c = Peek();
             if (mAt >= mSource.size() || c == '\n' || c == '\r') return AddBad(Error::EndQuote, start);
@@ -206,7 +222,7 @@ class Lexer {
                 break;
             }
         }
-        Add(Tok::Text, start).Text = std::move(text);
+        Add(Tok::Text, start).Text = ConstantText(std::move(text));
     }
 
     // Behind a value no literal can begin. Behind a name one can, if there is a blank: `Print &h1F`.
@@ -232,7 +248,8 @@ class Lexer {
         mAt += static_cast<size_t>(result.ptr - first);
         if (result.ptr == first || result.ec != std::errc()) return AddBad(Error::Syntax, start);
         if (kind == 'u') {
-            Add(Tok::Text, start).Text = Chr(value > 0x10FFFF ? -1 : static_cast<int32_t>(value));
+            Add(Tok::Text, start).Text =
+                ConstantText(Chr(value > 0x10FFFF ? -1 : static_cast<int32_t>(value)));
             return;
         }
         if (kind == 'c') {
@@ -276,6 +293,7 @@ class Lexer {
 
     StringView mSource;
     Names& mNames;
+    Footprint& mRoom;
     size_t mAt = 0;
     uint32_t mLine = 1;
     bool mSpace = false;
@@ -284,8 +302,8 @@ class Lexer {
 
 }  // namespace
 
-std::vector<Token> ReadTokens(StringView source, Names& names) {
-    return Lexer(source, names).Read();
+std::vector<Token> ReadTokens(StringView source, Names& names, Footprint& room) {
+    return Lexer(source, names, room).Read();
 }
 
 }  // namespace sorbel::script

@@ -7,7 +7,7 @@
 namespace sorbel::script {
 
 double NumberOf(StringView text) {
-    const String trimmed = Trim(text);
+    const StringView trimmed = Trimmed(text);
     const char* first = trimmed.data();
     const char* last = first + trimmed.size();
     if (first != last && *first == '+') ++first;
@@ -22,7 +22,7 @@ double NumberOf(StringView text) {
 
 // The digits that a text begins with, also of another base: &h, &b and &o.
 int64_t WholeNumberOf(StringView text) {
-    const String trimmed = Trim(text);
+    const StringView trimmed = Trimmed(text);
     const char* first = trimmed.data();
     const char* last = first + trimmed.size();
     int base = 10;
@@ -148,7 +148,9 @@ void GiveVariant(Machine& machine, Slot* a) {
 }
 
 void GiveFormatted(Machine& machine, Slot* a) {
-    machine.Give(*a, FormatNumber(a[0].D, View(a[1])));
+    const StringView pattern = View(a[1]);
+    machine.Store().Expect(8 * pattern.size());
+    machine.Give(*a, FormatNumber(a[0].D, pattern));
 }
 
 const NativeFunction table[] = {

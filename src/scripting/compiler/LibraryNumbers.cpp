@@ -84,7 +84,12 @@ const NativeFunction table[] = {
          a->D = duration<double, std::micro>(steady_clock::now().time_since_epoch()).count();
      },
      false},
-    {"Print", "text S", "", [](Machine& m, Slot* a) { m.Words().Print(ViewOf(a->T)); }, false},
+    {"Print", "text S", "",
+     [](Machine& m, Slot* a) {
+         m.Store().Expect(3 * ViewOf(a->T).size());
+         m.Words().Print(ViewOf(a->T));
+     },
+     false},
     {"Input", "| prompt S", "S", [](Machine& m, Slot* a) { m.Give(*a, m.Words().Input(ViewOf(a->T))); },
      false},
 };

@@ -38,6 +38,11 @@ Order Sorted(int64_t count, Less less) {
     return order;
 }
 
+// What sorting an array by an order needs meanwhile.
+void ExpectOrder(Machine& machine, const Array& array) {
+    machine.Store().Expect(static_cast<size_t>(array.Count) * 3 * sizeof(int64_t));
+}
+
 // The elements move as they are: how many references they have does not change.
 void Arrange(Array& array, const Order& order) {
     const size_t size = ElementSize(array.Element);
@@ -77,10 +82,12 @@ void SortTexts(Array& array) {
 }
 
 // The elements are taken out and put back; comparing does not change how many references they have.
-void Sort(Machine&, Slot* a) {
+void Sort(Machine& machine, Slot* a) {
     Array& array = FlatArray(a[0]);
+    machine.Store().Expect(static_cast<size_t>(array.Count) * 2 * sizeof(Slot));
     if (array.T->Element->Is(Kind::String)) return SortTexts(array);
     std::vector<Slot> values;
+    values.reserve(static_cast<size_t>(array.Count));
     for (int64_t at = 0; at < array.Count; ++at)
         values.push_back(ReadElement(array, at));
     std::stable_sort(values.begin(), values.end(), [&](Slot x, Slot y) { return Before(array, x, y); });
@@ -131,6 +138,7 @@ void SortWithComparison(Machine& machine, Slot* a) {
     };
     try {
         copy.A = CopyOf(machine, *array.A);
+        ExpectOrder(machine, *copy.A);
         Arrange(*copy.A, Sorted(copy.A->Count, [&](int64_t x, int64_t y) {
             return Compared(machine, *comparison.G, *copy.A, x, y) < 0;
         }));
@@ -143,8 +151,9 @@ void SortWithComparison(Machine& machine, Slot* a) {
 }
 
 // Sorts an array, and moves the elements of others in the same way.
-void SortWith(Machine&, Slot* a) {
+void SortWith(Machine& machine, Slot* a) {
     const Array& first = FlatArray(a[0]);
+    ExpectOrder(machine, first);
     constexpr size_t most = 5;
     for (size_t at = 1; at < most; ++at)
         if (a[at].A && FlatArray(a[at]).Count != first.Count)

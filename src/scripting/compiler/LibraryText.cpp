@@ -13,6 +13,12 @@ StringView View(const Slot& slot) {
     return ViewOf(slot.T);
 }
 
+// The text of an argument, for something that needs so many times its size for a moment.
+StringView Working(Machine& machine, const Slot& slot, size_t times) {
+    machine.Store().Expect(times * View(slot).size());
+    return View(slot);
+}
+
 // `count` characters from `start`, which counts from 0.
 void GiveMiddle(Machine& machine, Slot* a, int64_t start, int64_t count) {
     Text* text = a[0].T;
@@ -51,36 +57,78 @@ int64_t FromOne(int64_t start) {
     return std::max<int64_t>(start, 1) - 1;
 }
 
-String Cased(StringView text, int how) {
+Text* CasedAscii(Machine& machine, StringView text, bool upper) {
+    Text* result = machine.Store().NewText(text);
+    for (char* c = result->Bytes(); c != result->Bytes() + text.size(); ++c) {
+        const char first = upper ? 'a' : 'A';
+        if (*c >= first && *c <= first + ('z' - 'a')) *c = static_cast<char>(*c ^ 0x20);
+    }
+    return result;
+}
+
+void GiveCased(Machine& machine, Slot& slot, int how) {
+    if (how != 2 && slot.T && IsAscii(slot.T)) {
+        slot.T = CasedAscii(machine, View(slot), how == 1);
+        return;
+    }
+    const StringView text = Working(machine, slot, 8);
     icu::UnicodeString wide = icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
     if (how == 0) wide.toLower(icu::Locale::getRoot());
     if (how == 1) wide.toUpper(icu::Locale::getRoot());
     if (how == 2) wide.toTitle(nullptr, icu::Locale::getRoot());
     String result;
     wide.toUTF8String(result);
-    return result;
+    machine.Give(slot, result);
 }
 
 StringView TrimmedEnd(StringView text, bool left, bool right) {
-    const String trimmed = Trim(text);
+    const StringView trimmed = Trimmed(text);
     if (trimmed.empty()) return {};
-    const size_t start = text.find(trimmed);
+    const auto start = static_cast<size_t>(trimmed.data() - text.data());
     const size_t end = start + trimmed.size();
     return text.substr(left ? start : 0, (right ? end : text.size()) - (left ? start : 0));
 }
 
 // Replacing looks without regard to letter case, as all searching does.
-String Replaced(StringView text, StringView what, StringView with, bool all) {
-    if (what.empty()) return String(text);
-    String result;
+Text* Replaced(Machine& machine, Slot* a, bool all) {
+    const StringView text = Working(machine, a[0], 3), what = View(a[1]), with = View(a[2]);
+    if (what.empty()) {
+        Memory::Retain(a[0].T);
+        return a[0].T;
+    }
+    TextDraft result(machine.Store());
     size_t done = 0;
     while (const auto found = FindFolded(text.substr(done), what)) {
-        result += text.substr(done, found->Byte);
-        result += with;
+        result.Append(text.substr(done, found->Byte));
+        result.Append(with);
         done += found->Byte + found->Size;
         if (!all) break;
     }
-    return result.append(text.substr(done));
+    result.Append(text.substr(done));
+    return result.Take();
+}
+
+Text* WithLineEndings(Machine& machine, StringView text, StringView ending) {
+    TextDraft result(machine.Store());
+    for (size_t start = 0;;) {
+        const size_t end = std::min(text.find_first_of("\r\n", start), text.size());
+        result.Append(text.substr(start, end - start));
+        if (end == text.size()) return result.Take();
+        result.Append(ending);
+        start = end + (text.substr(end, 2) == "\r\n" ? 2 : 1);
+    }
+}
+
+Array* Fields(Machine& machine, StringView text, StringView delimiter) {
+    const int64_t count = CountFields(text, delimiter);
+    Array* fields = machine.NewTexts(count);
+    for (int64_t at = 0; at < count; ++at) {
+        const bool last = at + 1 == count;
+        const size_t end = last ? text.size() : coding::FindBytes(text, delimiter);
+        machine.Give(fields->As<Slot>()[at], text.substr(0, end));
+        if (!last) text.remove_prefix(end + delimiter.size());
+    }
+    return fields;
 }
 
 int64_t FindBytes(int64_t start, StringView text, StringView term) {
@@ -96,31 +144,35 @@ void GiveJoined(Machine& machine, Slot* a) {
     size_t size = 0;
     for (int64_t at = 0; at < array.Count; ++at)
         size += ViewOf(texts[at]).size() + (at ? between.size() : 0);
-    if (size >= Memory::Limit) FailMemory();
-    String joined;
-    joined.reserve(size);
-    for (int64_t at = 0; at < array.Count; ++at)
-        joined.append(at ? between : StringView()).append(ViewOf(texts[at]));
-    machine.Give(a[0], joined);
+    TextDraft joined(machine.Store());
+    joined.Reserve(size);
+    for (int64_t at = 0; at < array.Count; ++at) {
+        joined.Append(at ? between : StringView());
+        joined.Append(ViewOf(texts[at]));
+    }
+    a[0].T = joined.Take();
 }
 
-String Repeated(StringView text, int64_t count) {
-    if (count > 0 && !text.empty() && count >= static_cast<int64_t>(Memory::Limit / text.size()))
-        FailMemory();
-    if (count <= 0 || text.empty()) return {};
-    const size_t size = text.size() * static_cast<size_t>(count);
-    String result;
-    result.reserve(size);
-    result = text;
-    while (result.size() < size)
-        result.append(result, 0, size - result.size());
-    return result;
+Text* Repeated(Machine& machine, StringView text, int64_t count) {
+    if (count <= 0 || text.empty()) return nullptr;
+    if (count >= static_cast<int64_t>(Memory::Limit / text.size())) FailMemory();
+    constexpr size_t most = size_t{1} << 16;  // bytes that are put at a time, unless the text has more
+    const auto together = std::clamp(static_cast<int64_t>(most / text.size()), int64_t{1}, count);
+    String several;
+    for (int64_t done = 0; done < together; ++done)
+        several.append(text);
+    TextDraft result(machine.Store());
+    result.Reserve(text.size() * static_cast<size_t>(count));
+    for (int64_t done = 0; done < count; done += together)
+        result.Append(StringView(several).substr(
+            0, static_cast<size_t>(std::min(together, count - done)) * text.size()));
+    return result.Take();
 }
 
 // Nothing to split at: every character by itself.
 void GiveCharacters(Machine& machine, Slot* a) {
     Text* text = a[0].T;
-    Array* characters = machine.NewTexts({});
+    Array* characters = machine.NewTexts(0);
     try {
         ResizeArray(machine.Store(), *characters, CountCharacters(text));
         StringView rest = View(a[0]);
@@ -183,33 +235,32 @@ const NativeFunction table[] = {
     {"Contains", "text S term S", "B",
      [](Machine& m, Slot* a) { a->I = FindText(m.Store(), 1, a[0].T, a[1].T) > 0; }, true},
     {"BeginsWith", "text S term S", "B",
-     [](Machine&, Slot* a) { a->I = Equal(Left(View(a[0]), Len(View(a[1]))), View(a[1])); }, true},
+     [](Machine& m, Slot* a) { a->I = Equal(Left(Working(m, a[0], 1), Len(View(a[1]))), View(a[1])); }, true},
     {"EndsWith", "text S term S", "B",
      [](Machine& m, Slot* a) {
          const int64_t length = CountCharacters(a[0].T), end = std::min(CountCharacters(a[1].T), length);
          a->I = Equal(View(a[0]).substr(ByteOf(m.Store(), a[0].T, length - end)), View(a[1]));
      },
      true},
-    {"Replace", "text S what S with S", "S",
-     [](Machine& m, Slot* a) { m.Give(*a, Replaced(View(a[0]), View(a[1]), View(a[2]), false)); }, true},
-    {"ReplaceAll", "text S what S with S", "S",
-     [](Machine& m, Slot* a) { m.Give(*a, Replaced(View(a[0]), View(a[1]), View(a[2]), true)); }, true},
+    {"Replace", "text S what S with S", "S", [](Machine& m, Slot* a) { a->T = Replaced(m, a, false); }, true},
+    {"ReplaceAll", "text S what S with S", "S", [](Machine& m, Slot* a) { a->T = Replaced(m, a, true); },
+     true},
     {"ReplaceLineEndings", "text S ending S", "S",
-     [](Machine& m, Slot* a) { m.Give(*a, ReplaceLineEndings(View(a[0]), View(a[1]))); }, true},
-    {"Trim", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Trim(View(*a))); }, true},
+     [](Machine& m, Slot* a) { a->T = WithLineEndings(m, View(a[0]), View(a[1])); }, true},
+    {"Trim", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Trimmed(View(*a))); }, true},
     {"LTrim", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, TrimmedEnd(View(*a), true, false)); },
      true},
     {"RTrim", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, TrimmedEnd(View(*a), false, true)); },
      true},
-    {"Lowercase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 0)); }, true},
-    {"Uppercase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 1)); }, true},
-    {"Titlecase", "text S", "S", [](Machine& m, Slot* a) { m.Give(*a, Cased(View(*a), 2)); }, true},
+    {"Lowercase", "text S", "S", [](Machine& m, Slot* a) { GiveCased(m, *a, 0); }, true},
+    {"Uppercase", "text S", "S", [](Machine& m, Slot* a) { GiveCased(m, *a, 1); }, true},
+    {"Titlecase", "text S", "S", [](Machine& m, Slot* a) { GiveCased(m, *a, 2); }, true},
     {"Split", "text S | delimiter W", "T",
      [](Machine& m, Slot* a) {
          if (View(a[1]).empty())
              GiveCharacters(m, a);
          else
-             a->A = m.NewTexts(Split(View(*a), View(a[1])));
+             a->A = Fields(m, View(*a), View(a[1]));
      },
      true},
     {"Join", "fields T | delimiter W", "S", GiveJoined, true},
@@ -234,7 +285,7 @@ const NativeFunction table[] = {
          a->I = (order > 0) - (order < 0);
      },
      true},
-    {"Repeat", "text S count I", "S", [](Machine& m, Slot* a) { m.Give(*a, Repeated(View(a[0]), a[1].I)); },
+    {"Repeat", "text S count I", "S", [](Machine& m, Slot* a) { a->T = Repeated(m, View(a[0]), a[1].I); },
      true},
     {"EndOfLine", "", "S", [](Machine& m, Slot* a) { m.Give(*a, EndOfLine); }, false},
 };

@@ -125,9 +125,9 @@ bool SameNumber(const Box& a, const Box& b) {
 bool IsNumeric(const Box* box) {
     if (!box) return false;
     if (!IsText(box)) return box->T->IsNumber();
-    const String text = Trim(ViewOf(box->Value.T));
-    return !text.empty() && text.find_first_not_of("0123456789+-.eE") == String::npos &&
-           text.find_first_of("0123456789") != String::npos;
+    const StringView text = Trimmed(ViewOf(box->Value.T));
+    return !text.empty() && text.find_first_not_of("0123456789+-.eE") == StringView::npos &&
+           text.find_first_of("0123456789") != StringView::npos;
 }
 
 const NativeFunction table[] = {
@@ -205,8 +205,8 @@ Slot UnboxNumber(const Box& box, const Type& to) {
         return value;
     }
     if (from.Is(Kind::String)) {
-        const String text = Fold(Trim(ViewOf(box.Value.T)));
-        value.I = to.Is(Kind::Boolean) ? text == "true" : WholeNumberOf(text);
+        const StringView text = Trimmed(ViewOf(box.Value.T));
+        value.I = to.Is(Kind::Boolean) ? Equal(text, "true") : WholeNumberOf(text);
         if (to.Is(Kind::UInt64) && value.I == INT64_MAX) value.U = UnsignedNumberOf(text);
     } else if (from.IsReal()) {
         if (to.Is(Kind::UInt64))

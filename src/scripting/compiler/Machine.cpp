@@ -11,13 +11,25 @@ namespace {
 // The fields of the class RuntimeException, in the order of its declaration.
 constexpr uint32_t MessageField = 0;
 constexpr uint32_t LineField = 2;
+
+constexpr size_t LongestMessage = 10000;  // bytes that anybody is shown of what a script says
+
+String Shown(StringView message) {
+    if (message.size() <= LongestMessage) return String(message);
+    size_t end = LongestMessage;
+    while (end > 0 && (static_cast<unsigned char>(message[end]) & 0xC0) == 0x80)
+        --end;
+    return String(message.substr(0, end));
+}
 }  // namespace
 
-Machine::Machine(const Program& program, const Types& types, ScriptHost* host, Console& console)
+Machine::Machine(const Program& program, const Types& types, ScriptHost* host, Console& console,
+                 Footprint& room)
     : mProgram(program),
       mTypes(types),
       mHost(host),
       mConsole(console),
+      mMemory(room),
       mStack(static_cast<Slot*>(std::calloc(StackSlots, sizeof(Slot)))),
       mFrames(static_cast<Frame*>(std::malloc((MostFrames + 1) * sizeof(Frame)))),
       mTop(mFrames.get()),
@@ -62,7 +74,7 @@ std::optional<ScriptFailure> Machine::Run(Watch* watch) {
         Object* exception = thrown.Exception;
         ScriptFailure failure;
         failure.ClassName = exception->Class->T->Name;
-        failure.Message = ViewOf(exception->Fields()[MessageField].T);
+        failure.Message = Shown(ViewOf(exception->Fields()[MessageField].T));
         failure.Line = exception->Fields()[LineField].I;
         mMemory.Release(exception);
         return failure;
@@ -103,11 +115,9 @@ void Machine::Execute(const Frame* below) {
             Loop(below);
             return;
         } catch (const Failure& failure) {
-            if (failure.ClassName == "OutOfMemoryException") {
-                mFatal = ScriptFailure{failure.ClassName, failure.Message, CurrentLine()};
-                throw Stopped{};
-            }
             exception = MakeException(failure);
+        } catch (const std::bad_alloc&) {
+            EndForMemory();
         } catch (const Thrown& thrown) {
             exception = thrown.Exception;
         }
@@ -164,16 +174,27 @@ void Machine::RaiseObject(Object* exception) {
     throw Thrown{exception};
 }
 
+// No code of a script runs after that: it would need memory too.
+void Machine::EndForMemory() {
+    mFatal = ScriptFailure{OutOfMemory, OutOfMemoryMessage, CurrentLine()};
+    throw Stopped{};
+}
+
 Object* Machine::MakeException(const Failure& failure) {
+    if (failure.ClassName == OutOfMemory) EndForMemory();
     const auto found = mProgram.ExceptionClasses.find(Fold(failure.ClassName));
     const auto& base = mProgram.Classes[mProgram.ExceptionClasses.at("runtimeexception")];
     const ClassInfo* cls =
         found == mProgram.ExceptionClasses.end() ? &base : &mProgram.Classes[found->second];
     if (!cls->T->ComesFrom(base.T)) cls = &base;
-    Object* exception = mMemory.NewObject(*cls);
-    Give(exception->Fields()[MessageField], failure.Message);
-    exception->Fields()[LineField].I = CurrentLine();
-    return exception;
+    try {
+        Object* exception = mMemory.NewObject(*cls);
+        Give(exception->Fields()[MessageField], failure.Message);
+        exception->Fields()[LineField].I = CurrentLine();
+        return exception;
+    } catch (const Failure&) {
+        EndForMemory();
+    }
 }
 
 // Runs when the last reference to an object has gone: the destructor of its class, then that of the
@@ -244,18 +265,16 @@ void Machine::GiveCharacter(Slot& to, char ascii) {
 Text* Machine::ProgramText(uint32_t index) {
     Text*& text = mTexts[index];
     if (!text) {
-        text = mMemory.NewText(StringView(mProgram.Texts[index]));
+        text = mMemory.NewText(mProgram.Texts[index].View());
         CountCharacters(text);
     }
     return text;
 }
 
-Array* Machine::NewTexts(const std::vector<String>& texts) {
+Array* Machine::NewTexts(int64_t count) {
     const Type* type = const_cast<Types&>(mTypes).ArrayOf(mTypes.Of(Kind::String), 1);
     Array* array = mMemory.NewArray(type, ElementKind::Reference, 1, nullptr);
-    ResizeArray(mMemory, *array, static_cast<int64_t>(texts.size()));
-    for (size_t at = 0; at < texts.size(); ++at)
-        Give(array->As<Slot>()[at], texts[at]);
+    ResizeArray(mMemory, *array, count);
     return array;
 }
 
@@ -287,6 +306,9 @@ void Machine::CallHost(uint32_t index, Slot* arguments) {
                 values.emplace_back(arguments[at].I != 0);
                 break;
             case HostType::Text:
+                // The host may copy it several times, and give it back.
+                mLargestGiven = std::max(mLargestGiven, ViewOf(arguments[at].T).size());
+                mMemory.Expect(4 * ViewOf(arguments[at].T).size());
                 values.emplace_back(String(ViewOf(arguments[at].T)));
                 break;
             case HostType::Color:
@@ -297,6 +319,7 @@ void Machine::CallHost(uint32_t index, Slot* arguments) {
                 break;
         }
     }
+    if (member.Result == HostType::Text) mMemory.Expect(2 * mLargestGiven);
     HostValue result;
     try {
         result = mHost->Call(index, values);

@@ -31,7 +31,7 @@ class Console {
 /// known for each function beforehand.
 class Machine final : public Memory::Destroyer {
   public:
-    Machine(const Program& program, const Types& types, ScriptHost* host, Console& console);
+    Machine(const Program& program, const Types& types, ScriptHost* host, Console& console, Footprint& room);
     ~Machine() override;
 
     /// Runs the main program to its end, or until `watch`, which may be null, ends it. Nothing if all went
@@ -45,7 +45,7 @@ class Machine final : public Memory::Destroyer {
     /// A new text as a function's result; nothing for the empty one.
     void Give(Slot& to, StringView text);
     void GiveCharacter(Slot& to, char ascii);
-    Array* NewTexts(const std::vector<String>& texts);
+    Array* NewTexts(int64_t count);
     uint64_t Random();
     /// Calls back from the library: runs what a delegate stands for to its end. The values stay the caller's;
     /// a structure is to be a copy. An exception of the script leaves it as a C++ one.
@@ -83,6 +83,7 @@ class Machine final : public Memory::Destroyer {
     bool Unwind(Object* exception, const Frame* below);
     Object* MakeException(const Failure& failure);
     void Destroy(Object& object, const Function& destructor);
+    [[noreturn]] void EndForMemory();
     [[nodiscard]] int64_t CurrentLine() const;
     [[nodiscard]] Slot* FreeStack() const;
     void EndAll();
@@ -123,6 +124,7 @@ class Machine final : public Memory::Destroyer {
     Watch* mWatch = nullptr;
     Attention mAttention;
     uint64_t mSeed = 0x9E3779B97F4A7C15u;
+    size_t mLargestGiven = 0;  // of the texts that the host has got
     std::optional<ScriptFailure> mFatal;
 };
 

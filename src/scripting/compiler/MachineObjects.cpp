@@ -44,7 +44,7 @@ void ResizeArray(Memory& memory, Array& array, int64_t count) {
     const int64_t wanted = moved && count > array.Count ? count + count / 2 : count;
     if (wanted > array.Capacity) {
         const int64_t room = array.Count == 0 ? count : std::max(wanted, array.Capacity * 2);
-        const bool fits = static_cast<size_t>(room - array.Capacity) * size <= Memory::Limit - memory.InUse();
+        const bool fits = static_cast<size_t>(room - array.Capacity) * size <= memory.Left();
         SetCapacity(memory, array, fits ? room : count);
     }
     if (count < array.Count && count <= array.Capacity / 4) SetCapacity(memory, array, count);

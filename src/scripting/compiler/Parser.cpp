@@ -37,7 +37,7 @@ const Token& Parser::Ahead(size_t count) const {
 void Parser::CheckReadable() const {
     if (!At(Tok::Bad)) return;
     std::vector<String> details;
-    if (!Now().Text.empty()) details.push_back(Now().Text);
+    if (const StringView text = Now().Text.View(); !text.empty()) details.emplace_back(text);
     Fail(static_cast<Error>(Now().Integer), Line(), std::move(details));
 }
 
@@ -124,6 +124,7 @@ TypeName Parser::ReadAsType() {
 }
 
 Expr* Parser::NewExpr(ExprKind kind, uint32_t line) {
+    mTree.Room.Need(sizeof(Expr), line);
     Expr& expr = mTree.Exprs.emplace_back();
     expr.Kind = kind;
     expr.Line = line;
@@ -143,6 +144,7 @@ Expr* Parser::Deeper(Expr* expr) {
 }
 
 Stmt* Parser::NewStmt(StmtKind kind) {
+    mTree.Room.Need(sizeof(Stmt), Line());
     Stmt& statement = mTree.Stmts.emplace_back();
     statement.Kind = kind;
     statement.Line = Line();

@@ -95,8 +95,8 @@ int OrderOf(const T& a, const T& b) {
 
 // As the language compares: texts without regard to letter case, numbers of any kind with each other.
 ConstantValue Compared(Op op, const ConstantValue& left, const ConstantValue& right) {
-    const String *x = std::get_if<String>(&left), *y = std::get_if<String>(&right);
-    if (x && y) return Holds(op, OrderOf(Fold(*x), Fold(*y)));
+    const ConstantText *x = std::get_if<ConstantText>(&left), *y = std::get_if<ConstantText>(&right);
+    if (x && y) return Holds(op, OrderOf(Fold(x->View()), Fold(y->View())));
     const int64_t *i = std::get_if<int64_t>(&left), *j = std::get_if<int64_t>(&right);
     if (i && j) return Holds(op, OrderOf(*i, *j));
     const auto a = RealOf(left), b = RealOf(right);
@@ -174,7 +174,7 @@ void Parser::ReadPragma(uint32_t line) {
     if (error || warning) {
         Take();
         if (!At(Tok::Text)) Fail(error ? Error::PragmaErrorText : Error::PragmaWarningText, line);
-        const String text = Take().Text;
+        const String text(Take().Text.View());
         if (error) Fail(Error::PragmaError, line, {text});
         mTree.Warnings.push_back({line, text});
     }

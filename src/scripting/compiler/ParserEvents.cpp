@@ -67,7 +67,7 @@ void Parser::ReadAttributes() {
     std::vector<NameId> names;
     do {
         const uint32_t line = Line();
-        const NameId name = At(Tok::Text) ? mNames.Intern(Take().Text) : MemberName();
+        const NameId name = At(Tok::Text) ? mNames.Intern(Take().Text.View()) : MemberName();
         if (std::find(names.begin(), names.end(), name) != names.end()) Fail(Error::DuplicateAttribute, line);
         names.push_back(name);
         const ConstantValue value = Accept(Tok::Equal) ? DirectiveValue(*ReadExpr()) : ConstantValue();

@@ -117,7 +117,7 @@ Expr* Parser::ReadPostfix() {
             Expr* member = NewExpr(ExprKind::Member, Line());
             Take();
             member->Left = expr;
-            member->Value = String(Now().Spelling);  // which Operator_Lookup is given
+            member->Value = ConstantText(String(Now().Spelling));  // which Operator_Lookup is given
             member->Name = MemberName();
             expr = Deeper(member);
         } else if (At(Tok::LeftParen)) {

@@ -80,7 +80,7 @@ struct Program {
     std::vector<Function> Functions;  // the first is the main program
     std::deque<ClassInfo> Classes;
     std::vector<Slot> Constants;
-    std::vector<String> Texts;
+    std::vector<ConstantText> Texts;
     std::vector<ArrayShape> Arrays;
     std::vector<DelegateShape> Delegates;
     std::vector<const Type*> BoxTypes;

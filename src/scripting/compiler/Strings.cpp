@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "platform/TextCoding.h"
 
@@ -121,11 +122,46 @@ std::optional<Place> FindFolded(StringView text, StringView term) {
     }
 }
 
+void TextDraft::Resize(size_t capacity) {
+    if (capacity >= Memory::Limit) FailMemory();
+    if (!mText) {
+        mText = mMemory.NewTextOf(capacity);
+        return;
+    }
+    const size_t bytes = Memory::Room(sizeof(Text) + capacity);
+    mText = static_cast<Text*>(mMemory.Resize(mText, sizeof(Text) + mText->Capacity, bytes));
+    mText->Capacity = static_cast<uint32_t>(bytes - sizeof(Text));
+}
+
+void TextDraft::Reserve(size_t more) {
+    if (more > Memory::Limit) FailMemory();
+    if (!mText || mText->Capacity < Size() + more) Resize(Size() + more);
+}
+
+// Grows by half, so that many small parts take no more than linear time.
+void TextDraft::Append(StringView part) {
+    if (part.empty()) return;
+    const size_t size = Size() + part.size();
+    if (!mText || size > mText->Capacity) {
+        const size_t more = size / 2 + 64;
+        Resize(more < mMemory.Left() / 2 ? size + more : size);
+    }
+    std::memcpy(mText->Bytes() + mText->Size, part.data(), part.size());
+    mText->Size = static_cast<uint32_t>(size);
+}
+
+Text* TextDraft::Take() {
+    if (Size() == 0) return nullptr;
+    if (mText->Capacity - mText->Size > mText->Size / 8 + 64) Resize(mText->Size);
+    return std::exchange(mText, nullptr);
+}
+
 int64_t FindText(Memory& memory, int64_t start, Text* text, Text* term) {
     const StringView hay = ViewOf(text), needle = ViewOf(term);
     if (needle.empty() || !IsAscii(text) || !IsAscii(term)) {
         constexpr size_t small = 256;  // bytes, which need no pieces
         if (hay.size() <= small) return InStr(start, hay, needle);
+        memory.Expect(2 * (hay.size() + needle.size()));  // to look without regard to letter case
         const int64_t skipped = std::max<int64_t>(start, 1) - 1;
         if (skipped > CountCharacters(text)) return 0;
         if (needle.empty()) return skipped + 1;

@@ -34,6 +34,28 @@ struct Place {
 /// Where a term is that is not empty, without regard to letter case.
 [[nodiscard]] std::optional<Place> FindFolded(StringView text, StringView term);
 /// The place of a term, as `InStr` of the platform, quick for plain text and for what is near.
+/// A text that is put together. What it needs is counted before it is taken.
+class TextDraft {
+  public:
+    explicit TextDraft(Memory& memory) : mMemory(memory) {}
+    ~TextDraft() { mMemory.Release(mText); }
+    TextDraft(const TextDraft&) = delete;
+    TextDraft& operator=(const TextDraft&) = delete;
+    /// Makes room for so many more bytes, and no more than that.
+    void Reserve(size_t more);
+    void Append(StringView part);
+    /// The text, with its reference; null if it is empty.
+    [[nodiscard]] Text* Take();
+
+  private:
+    [[nodiscard]] size_t Size() const { return mText ? mText->Size : 0; }
+    void Resize(size_t capacity);
+
+    Memory& mMemory;
+    Text* mText = nullptr;
+};
+
+/// The place of a term, as `InStr` of the platform, quick for plain text.
 [[nodiscard]] int64_t FindText(Memory& memory, int64_t start, Text* text, Text* term);
 
 /// `to` becomes `a` with `b` behind it. Grows `a` where it is if `to` is where `a` lies and nobody else has

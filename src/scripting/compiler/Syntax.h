@@ -3,6 +3,7 @@
 #include <optional>
 #include <variant>
 
+#include "scripting/compiler/Footprint.h"
 #include "scripting/compiler/Types.h"
 
 namespace sorbel::script {
@@ -21,7 +22,7 @@ struct TypeName {
 };
 
 /// A value that is known at compile time. A colour and an enumeration's value are integers.
-using ConstantValue = std::variant<std::monostate, bool, int64_t, double, String>;
+using ConstantValue = std::variant<std::monostate, bool, int64_t, double, ConstantText>;
 
 enum class Op : uint8_t {
     None,
@@ -275,6 +276,9 @@ struct TypeDecl {
 
 /// One text after parsing. Owns all nodes; they are freed without recursion.
 struct Tree {
+    explicit Tree(Footprint& room) : Room(room) {}
+
+    Footprint& Room;  // for all that is made of it
     std::deque<Expr> Exprs;
     std::deque<Stmt> Stmts;
     std::deque<MethodDecl> Methods;

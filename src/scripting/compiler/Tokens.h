@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -73,6 +74,21 @@ class Names {
     std::vector<String> mSpellings;
 };
 
+/// A text that is known at compile time. Copies share it.
+class ConstantText {
+  public:
+    ConstantText() = default;
+    explicit ConstantText(String text) : mText(std::make_shared<const String>(std::move(text))) {}
+    [[nodiscard]] StringView View() const { return mText ? StringView(*mText) : StringView(); }
+    [[nodiscard]] bool IsShared() const { return mText.use_count() > 1; }
+    friend bool operator==(const ConstantText& a, const ConstantText& b) {
+        return a.mText == b.mText || a.View() == b.View();
+    }
+
+  private:
+    std::shared_ptr<const String> mText;
+};
+
 struct Token {
     Tok Kind = Tok::End;
     bool SpaceBefore = false;
@@ -81,7 +97,7 @@ struct Token {
     StringView Spelling;
     int64_t Integer = 0;  // also a colour, and the error number of a Bad one
     double Real = 0;
-    String Text;  // of a literal, with doubled quotes made single; what is to be said about a Bad one
+    ConstantText Text;  // of a literal, with doubled quotes made single; what is to be said about a Bad one
 };
 
 [[nodiscard]] inline bool IsKeyword(Tok kind) {
