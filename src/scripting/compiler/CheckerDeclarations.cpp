@@ -207,8 +207,10 @@ void Checker::ResolveClassHeritage(Type& type) {
     if (!named.Given()) return;
     const Type* base = FindType(named, Error::NoSuchClass, Error::InheritNonClass);
     if (!base->Is(Kind::Class)) Fail(Error::InheritNonClass, named.Line);
-    if (base->ComesFrom(&type)) Fail(Error::OwnSuperclass, named.Line);
+    if (base == &type || (mAggregated.contains(&type) && base->ComesFrom(&type)))
+        Fail(Error::OwnSuperclass, named.Line);
     type.Base = const_cast<Type*>(base);
+    mAggregated.insert(base);
 }
 
 void Checker::DeclareMembers(TypeDecl& decl, Type* owner) {

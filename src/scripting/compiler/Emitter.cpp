@@ -29,11 +29,16 @@ void Emitter::EmitClasses() {
     std::vector<std::vector<const Checked::Implementation*>> implementations(mChecked.Classes.size());
     for (const auto& implementation : mChecked.Implementations)
         implementations[implementation.Class->Index].push_back(&implementation);
+    std::vector<const Type*> nearest(mChecked.Classes.size());  // that implements something: itself, or above
+    const auto above = [&nearest](const Type* type) {
+        return type->Base ? nearest[type->Base->Index] : nullptr;
+    };
     for (const Type* type : mChecked.Classes) {
+        nearest[type->Index] = implementations[type->Index].empty() ? above(type) : type;
         auto& bySelector = mProgram.Classes[type->Index].BySelector;
         // Heirs take over the interfaces of their superclass; a method of their own stands in the place of
         // the one that was found there.
-        for (const Type* cls = type; cls; cls = cls->Base)
+        for (const Type* cls = nearest[type->Index]; cls; cls = above(cls))
             for (const auto* implementation : implementations[cls->Index]) {
                 const Method* found = implementation->Found;
                 const Method* method =

@@ -121,7 +121,11 @@ void Insert(Machine& machine, Array& array, int64_t index, Slot value) {
 
 void Append(Machine& machine, Slot* a) {
     Array& array = Growing(a[0]);
-    Insert(machine, array, array.Count, a[1]);
+    if (array.Count < array.Capacity)
+        ++array.Count;
+    else
+        ResizeArray(machine.Store(), array, array.Count + 1);
+    WriteElement(array, array.Count - 1, a[1]);
 }
 
 // Takes an element out, with its reference.
