@@ -241,14 +241,14 @@ ARRAYS = [
         "For i As Integer = 0 To Ubound(a)\na.Append(a(0))\na.Remove(0)\nNext"))),
     Kind("IndexOf", 2000000, on_array("Dim a(%d) As Integer\n", "Print Str(a.IndexOf(5))")),
     Kind("IndexOf, texts", 100000, on_array(TEXTS.replace("%s", "é"), 'Print Str(a.IndexOf("x"))')),
-    Kind("For Each", 500000, on_array(NUMBERS, "Dim c As Integer\nFor Each x As Integer In a\nc = c + x\nNext")),
+    Kind("For Each", 200000, on_array(NUMBERS, "Dim c As Integer\nFor Each x As Integer In a\nc = c + x\nNext")),
     Kind("Sort", 100000, on_array(NUMBERS, "a.Sort")),
     Kind("Sort, in order already", 200000, on_array(NUMBERS.replace("(i * 7919) Mod 10007", "i"), "a.Sort")),
     Kind("Sort, texts", 50000, on_array(TEXTS.replace("%s", "x"), "a.Sort")),
     Kind("Sort, texts not ASCII", 10000, on_array(TEXTS.replace("%s", "é"), "a.Sort")),
-    Kind("Sort with a function", 20000, on_array(
+    Kind("Sort with a function", 8000, on_array(
         NUMBERS, "a.Sort(AddressOf Order)", "Function Order(x As Integer, y As Integer) As Integer\nReturn x - y\nEnd Function\n")),
-    Kind("SortWith, Shuffle", 50000, on_array(NUMBERS, "Dim b() As Integer = a\na.Shuffle\na.SortWith(b)")),
+    Kind("SortWith, Shuffle", 30000, on_array(NUMBERS, "Dim b() As Integer = a\na.Shuffle\na.SortWith(b)")),
     Kind("ParamArray", 50000, loop("Work(i, i, i)", "Sub Work(ParamArray x As Integer)\nEnd Sub")),
 ]
 
