@@ -229,8 +229,8 @@ class Lexer {
     bool FollowsValue() const {
         if (mTokens.empty()) return false;
         const Tok last = mTokens.back().Kind;
-        return last == Tok::Text || last == Tok::RightParen || last == Tok::Integer || last == Tok::Real ||
-               (last == Tok::Identifier && !mSpace);
+        return last == Tok::Text || last == Tok::RightParen || last == Tok::Integer ||
+               last == Tok::Unsigned || last == Tok::Real || (last == Tok::Identifier && !mSpace);
     }
 
     // &h1F, &b101, &o17 are numbers, &cFF8000 a colour and &u41 a character.
