@@ -88,7 +88,7 @@ TEST(ScriptLines, EndInAnyWay) {
         EXPECT_EQ(fails.Output, std::vector<String>{"ab"});
         EXPECT_EQ(fails.FailureClass, "OutOfBoundsException");
         EXPECT_EQ(fails.Line, 9);
-        const RecordingScript refused(ReplaceLineEndings("x = 1 + _\n" + text, end));
+        const RecordingScript refused(ReplaceLineEndings("x = 1 _\n + 2\n" + text, end));
         EXPECT_EQ(refused.Error, 11);
         EXPECT_EQ(refused.Line, 1);
         EXPECT_EQ(RecordingScript(ReplaceLineEndings(text + "Print \"open\nPrint s", end)).Line, 11);
