@@ -131,9 +131,22 @@ def windows():
     yield document
 
 
+def scripts():
+    """The cases of the tests, but for those that are about much memory, and the samples."""
+    cases = os.path.join(ROOT, "tests", "script", "cases")
+    for name in sorted(os.listdir(cases)):
+        if not name.startswith("memory"):
+            with open(os.path.join(cases, name), encoding="utf-8") as file:
+                yield from (case.encode() for case in file.read().split("// ---\n"))
+    samples = os.path.join(ROOT, "samples", "scripts")
+    for name in sorted(os.listdir(samples)):
+        with open(os.path.join(samples, name), "rb") as file:
+            yield file.read()
+
+
 SEEDS = {
     "locale_reader": locales, "text_locale": texts, "import_undo": imports, "exports": locales,
-    "word_comparison": comparisons, "search": searches, "window": windows,
+    "word_comparison": comparisons, "search": searches, "window": windows, "script_run": scripts,
 }
 
 
