@@ -143,8 +143,8 @@ void TextDraft::Append(StringView part) {
     if (part.empty()) return;
     const size_t size = Size() + part.size();
     if (!mText || size > mText->Capacity) {
-        const size_t more = size / 2 + 64;
-        Resize(more < mMemory.Left() / 2 ? size + more : size);
+        const size_t left = mMemory.Left() - std::min(mMemory.Left(), part.size());
+        Resize(size + std::min(size / 2 + 64, left / 2));
     }
     std::memcpy(mText->Bytes() + mText->Size, part.data(), part.size());
     mText->Size = static_cast<uint32_t>(size);
