@@ -65,6 +65,18 @@ QString Patterns(const FileType& type) {
     return patterns.join(u' ');
 }
 
+/// Whether a key in a message is held down. Not every repetition is known as one, but they follow each other
+/// closely, also from one message to the next.
+bool IsHeld(const QKeyEvent& event) {
+    constexpr quint64 gap = 250;  // milliseconds
+    static int lastKey = 0;
+    static quint64 lastTime = 0;
+    const bool follows = event.key() == lastKey && lastTime > 0 && event.timestamp() - lastTime < gap;
+    lastKey = event.key();
+    lastTime = event.timestamp();
+    return follows || event.isAutoRepeat();
+}
+
 /// A message that can be dismissed also where no button stands for that.
 class MessageBox : public QMessageBox {
   public:
@@ -74,6 +86,7 @@ class MessageBox : public QMessageBox {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
+        (void)IsHeld(*event);  // to be known if a message follows
         mByEscape = event->matches(QKeySequence::Cancel);
         if (mByEscape && !escapeButton()) return reject();
         QMessageBox::keyPressEvent(event);
@@ -87,24 +100,15 @@ class MessageBox : public QMessageBox {
     bool mByEscape = false;
 };
 
-/// A text that stays when a key is held down that was to leave what was there before it. Not every repetition
-/// of a held key is known as one, but they follow each other closely.
+/// A text that stays when a key is held down that was to leave what was there before it.
 class TextBox : public QMessageBox {
   public:
     using QMessageBox::QMessageBox;
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
-        constexpr quint64 gap = 250;  // milliseconds
-        const bool isNext = event->key() == mHeld && event->timestamp() - mHeldAt < gap;
-        if (!event->isAutoRepeat() && !isNext) return QMessageBox::keyPressEvent(event);
-        mHeld = event->key();
-        mHeldAt = event->timestamp();
+        if (!IsHeld(*event)) QMessageBox::keyPressEvent(event);
     }
-
-  private:
-    int mHeld = 0;
-    quint64 mHeldAt = 0;
 };
 
 /// A file dialog in which a folder that has the extension of a type asked for, such as an application, can be
