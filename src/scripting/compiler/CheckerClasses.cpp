@@ -10,7 +10,8 @@ enum : uint8_t { Untouched, Arranging, Arranged };
 
 // Gives fields and virtual methods their places, the superclass first.
 void Checker::Arrange(Type& type) {
-    const Depth::Step step(mDepth, type.Decl->Line);
+    constexpr int weight = 8;  // there are three functions to a step
+    const Depth::Step step(mDepth, type.Decl->Line, weight);
     std::vector<Type*> line;
     for (Type* cls = &type; cls && cls != mTypes.Root() && cls->State == Untouched; cls = cls->Base)
         line.push_back(cls);

@@ -10,16 +10,18 @@ class Depth {
   public:
     class Step {
       public:
-        Step(Depth& depth, uint32_t line) : mDepth(depth) {
-            if (depth.mSteps == Most) Fail(Error::Nesting, line);
-            ++depth.mSteps;
+        /// `weight`: how many usual steps take as much stack.
+        Step(Depth& depth, uint32_t line, int weight = 1) : mDepth(depth), mWeight(weight) {
+            if (depth.mSteps > Most - weight) Fail(Error::Nesting, line);
+            depth.mSteps += weight;
         }
-        ~Step() { --mDepth.mSteps; }
+        ~Step() { mDepth.mSteps -= mWeight; }
         Step(const Step&) = delete;
         Step& operator=(const Step&) = delete;
 
       private:
         Depth& mDepth;
+        int mWeight;
     };
 
   private:
