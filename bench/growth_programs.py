@@ -135,7 +135,7 @@ COMPILING = [
     Kind("fields of a structure", 5000, each("F%d As Integer", "Structure S\n", "End Structure\nDim v As S\n")),
     Kind("events of a class", 3000, each("Event E%d()", "Class T\n", "End Class\n")),
     Kind("classes", 3000, each("Class T%d\nF As Integer\nSub M(o As T%d)\nF = o.F\nEnd Sub\nEnd Class")),
-    Kind("structures, each in the next", 1000,
+    Kind("structures, each in the next", 48,
          chain("Structure S0\nF As Integer\nEnd Structure", "Structure S%d\nF As S%b\nG As Integer\nEnd Structure",
                "Dim s As S%d")),
     Kind("heirs, each of the one before", 500,
@@ -146,7 +146,7 @@ COMPILING = [
     Kind("interfaces of a class", 1000, interfaces_of_one_class),
     Kind("classes of an interface", 1500,
          each("Class T%d Implements I\nSub M()\nEnd Sub\nEnd Class", "Interface I\nSub M()\nEnd Interface\n")),
-    Kind("interfaces that aggregate two each", 1000, aggregating_interfaces),
+    Kind("interfaces that aggregate two each", 48, aggregating_interfaces),
     Kind("modules", 3000, each("Module M%d\nX As Integer\nSub Work()\nX = X + 1\nEnd Sub\nEnd Module")),
     Kind("global names of modules", 3000, lambda n: (
         lines(n, "Module M%d\nGlobal X%d As Integer\nEnd Module") + lines(n, "X%d = 1"))),
