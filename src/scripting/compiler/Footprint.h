@@ -20,6 +20,8 @@ class Footprint {
         mUnseen += bytes;
         return mUnseen < LookEvery || HasRoom(bytes);
     }
+    /// Whether it may do so for a moment. What is little then adds up to nothing.
+    [[nodiscard]] bool MayGrowBriefly(size_t bytes) { return bytes < LookEvery || HasRoom(bytes); }
     /// For the compiler: the line that it has reached needs so much. Fails with std::bad_alloc.
     void Need(size_t bytes, uint32_t line);
     /// The same for the text of a constant, which stays until the script ends.

@@ -85,7 +85,7 @@ void* Memory::Allocate(size_t bytes) {
 }
 
 void Memory::Expect(size_t bytes) {
-    if (bytes > Left() || !mRoom.MayGrow(bytes)) FailMemory();
+    if (bytes > Left() || !mRoom.MayGrowBriefly(bytes)) FailMemory();
 }
 
 void* Memory::Take(size_t bytes) {
