@@ -65,9 +65,9 @@ QString Patterns(const FileType& type) {
     return patterns.join(u' ');
 }
 
-/// Whether a key in a message is held down. Not every repetition is known as one, but they follow each other
-/// closely, also from one message to the next.
-bool IsHeld(const QKeyEvent& event) {
+/// Remembers the key that a message gets, and tells whether it is held down. Not every repetition is known as
+/// one, but they follow each other closely, also from one message to the next.
+bool RememberKey(const QKeyEvent& event) {
     constexpr quint64 gap = 250;  // milliseconds
     static int lastKey = 0;
     static quint64 lastTime = 0;
@@ -86,7 +86,7 @@ class MessageBox : public QMessageBox {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
-        (void)IsHeld(*event);  // to be known if a message follows
+        (void)RememberKey(*event);  // for a text that follows
         mByEscape = event->matches(QKeySequence::Cancel);
         if (mByEscape && !escapeButton()) return reject();
         QMessageBox::keyPressEvent(event);
@@ -107,7 +107,8 @@ class TextBox : public QMessageBox {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
-        if (!IsHeld(*event)) QMessageBox::keyPressEvent(event);
+        const bool held = RememberKey(*event);
+        if (!held) QMessageBox::keyPressEvent(event);
     }
 };
 
