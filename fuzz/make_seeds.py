@@ -146,7 +146,8 @@ def scripts():
 
 SEEDS = {
     "locale_reader": locales, "text_locale": texts, "import_undo": imports, "exports": locales,
-    "word_comparison": comparisons, "search": searches, "window": windows, "script_run": scripts,
+    "word_comparison": comparisons, "search": searches, "window": windows,
+    "script_compile": scripts, "script_run": scripts,
 }
 
 

@@ -2,38 +2,14 @@
 
 #include <new>
 
-#include "scripting/compiler/Emitter.h"
-#include "scripting/compiler/Lexer.h"
+#include "scripting/compiler/Compilation.h"
 #include "scripting/compiler/Machine.h"
-#include "scripting/compiler/Parser.h"
 
 namespace sorbel::script {
 
 namespace {
 
 constexpr int64_t PragmaWarning = 1;
-
-/// One compilation: what all passes share.
-struct Compilation {
-    explicit Compilation(Footprint& room) : Tree(room) {}
-
-    script::Names Names;
-    script::Types Types{Names};
-    script::Tree Tree;
-    script::Checked Checked;
-    script::Program Program;
-
-    void Read(StringView text) {
-        const std::vector<Token> tokens = ReadTokens(text, Names, Tree.Room);
-        Parser(tokens, Names, Tree).ReadProgram();
-    }
-    void Build(StringView source, const ScriptHost* host) {
-        Read(Prelude());
-        Read(source);
-        Checker(Tree, Names, Types, host, Checked).Check();
-        Emitter(Tree, Names, Types, Checked, Program).Emit();
-    }
-};
 
 KestrumScript::Details InOrder(const std::vector<String>& values) {
     KestrumScript::Details details;
