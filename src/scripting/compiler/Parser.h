@@ -122,6 +122,7 @@ class Parser {
     Expr* ReadNew();
     Expr* ReadCast();
     Expr* ReadConditional();
+    Expr* ReadMember(Expr* object);
     Expr* ReadAddress();
     Expr* ReadRaiseEvent();
     void ReadArguments(Expr& call);

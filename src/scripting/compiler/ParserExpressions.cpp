@@ -114,12 +114,7 @@ Expr* Parser::ReadPostfix() {
     Expr* expr = ReadPrimary();
     for (;;) {
         if (At(Tok::Dot)) {
-            Expr* member = NewExpr(ExprKind::Member, Line());
-            Take();
-            member->Left = expr;
-            member->Value = ConstantText(String(Now().Spelling));  // which Operator_Lookup is given
-            member->Name = MemberName();
-            expr = Deeper(member);
+            expr = ReadMember(expr);
         } else if (At(Tok::LeftParen)) {
             Expr* call = NewExpr(ExprKind::Call, Line());
             call->Left = expr;
@@ -129,6 +124,15 @@ Expr* Parser::ReadPostfix() {
             return expr;
         }
     }
+}
+
+Expr* Parser::ReadMember(Expr* object) {
+    Expr* member = NewExpr(ExprKind::Member, Line());
+    Take();
+    member->Left = object;
+    member->Value = ConstantText(String(Now().Spelling));  // which Operator_Lookup is given
+    member->Name = MemberName();
+    return Deeper(member);
 }
 
 // arguments = "(" [ expression { "," expression } ] ")"
@@ -151,13 +155,8 @@ Expr* Parser::ReadAddress() {
     Expr* expr = NewExpr(ExprKind::AddressOf, token.Line);
     expr->Weak = token.Kind == Tok::KWeakAddressOf;
     expr->Left = ReadPrimary();
-    while (At(Tok::Dot)) {
-        Expr* member = NewExpr(ExprKind::Member, Line());
-        Take();
-        member->Left = expr->Left;
-        member->Name = MemberName();
-        expr->Left = Deeper(member);
-    }
+    while (At(Tok::Dot))
+        expr->Left = ReadMember(expr->Left);
     return Deeper(expr);
 }
 
