@@ -63,7 +63,7 @@ void Emitter::EmitClass(Type& type) {
         if (info.IsStructure && field->T->Is(Kind::Array)) {
             const uint32_t shape = ArrayShapeOf(field->T);
             const int64_t bound = std::get<int64_t>(field->Decl->Bounds[0]->Value);
-            info.FixedArrays.push_back({field->Index, mProgram.Arrays[shape], bound + 1});
+            info.FixedArrays.push_back({field->Index, mProgram.Arrays[shape], bound});
         }
         starts |= field->T->Is(Kind::Array) || (field->Decl && field->Decl->Init);
     }

@@ -185,11 +185,12 @@ Object* Memory::NewObject(const ClassInfo& cls) {
 }
 
 void Memory::MakeArrays(Object& structure) {
-    for (const auto& [field, shape, count] : structure.Class->FixedArrays) {
+    for (const auto& [field, shape, last] : structure.Class->FixedArrays) {
         Array* array = NewArray(shape.T, shape.Element, 1, shape.Structure);
         array->Fixed = true;
         structure.Fields()[field].A = array;
-        if (count > static_cast<int64_t>(Limit / ElementSize(shape.Element))) FailMemory();
+        if (last >= static_cast<int64_t>(Limit / ElementSize(shape.Element))) FailMemory();
+        const int64_t count = last + 1;
         const size_t size = static_cast<size_t>(count) * ElementSize(shape.Element);
         array->Data = static_cast<char*>(Allocate(size));
         std::memset(array->Data, 0, size);

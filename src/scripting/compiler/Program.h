@@ -42,7 +42,7 @@ struct ArrayShape {
 struct FixedArray {
     uint32_t Field;
     ArrayShape Shape;
-    int64_t Count;
+    int64_t Last;  // index, not below 0
 };
 
 struct ClassInfo {
