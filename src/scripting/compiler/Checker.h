@@ -81,6 +81,7 @@ class Checker {
 
     // Names
     [[nodiscard]] Symbol* FindName(NameId name);
+    [[nodiscard]] Symbol* FindTopName(NameId name);
     [[nodiscard]] Symbol* FindGlobal(NameId name) const;
     void Show(Symbol& symbol, Type* owner, Visibility visible);
     [[nodiscard]] Symbol* FindMember(const Type* type, NameId name) const;

@@ -5,7 +5,7 @@
 namespace sorbel::script {
 
 // From the inside out: locals, members of the class and of what lies around it, the script's own names and
-// what it imports, the host's, the built-in types.
+// what it imports, the host's, the built-in types. The classes of the language do not see the script's names.
 Symbol* Checker::FindName(NameId name) {
     for (size_t at = mNow.Scopes.size(); at-- > 0;)
         if (const auto found = mNow.Scopes[at].find(name); found != mNow.Scopes[at].end())
@@ -14,15 +14,21 @@ Symbol* Checker::FindName(NameId name) {
         if (Symbol* found = FindMember(around, name)) return found;
         if (Symbol* found = FindImported(around, name)) return found;
     }
+    const bool inLibrary = mNow.Owner && mNow.Owner->Decl && mNow.Owner->Decl->InLibrary;
+    if (Symbol* found = inLibrary ? nullptr : FindTopName(name)) return found;
+    const auto found = mTypes.BuiltIn().find(name);
+    return found == mTypes.BuiltIn().end() ? nullptr : found->second;
+}
+
+Symbol* Checker::FindTopName(NameId name) {
     if (const auto found = mTopVariables.find(name); found != mTopVariables.end()) return found->second;
     if (Symbol* found = FindMember(mTop, name)) return found;
     // In the main program a Using counts from its line on.
     if (!mNow.InMain)
         if (Symbol* found = FindImported(mTop, name)) return found;
     if (Symbol* found = FindGlobal(name)) return found;
-    if (const auto found = mHost.find(name); found != mHost.end()) return found->second;
-    const auto found = mTypes.BuiltIn().find(name);
-    return found == mTypes.BuiltIn().end() ? nullptr : found->second;
+    const auto found = mHost.find(name);
+    return found == mHost.end() ? nullptr : found->second;
 }
 
 // Of several modules with a global name, the first in the text. Only a module of the script's own has some.

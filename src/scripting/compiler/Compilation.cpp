@@ -7,6 +7,8 @@ namespace sorbel::script {
 
 void Compilation::Build(StringView source, const ScriptHost* host) {
     Read(Prelude());
+    for (TypeDecl* type : Tree.Top.Types)
+        type->InLibrary = true;
     Read(source);
     Checker(Tree, Names, Types, host, Checked).Check();
     Emitter(Tree, Names, Types, Checked, Program).Emit();

@@ -261,6 +261,7 @@ struct TypeDecl {
     NameId Name = 0;
     uint32_t Line = 0;
     Visibility Visible = Visibility::Public;
+    bool InLibrary = false;
     TypeName Base;  // of an enumeration its integer type
     std::vector<TypeName> Interfaces;
     std::vector<PropertyDecl> Properties;
