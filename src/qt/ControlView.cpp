@@ -1,9 +1,11 @@
 #include "qt/ControlView.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <algorithm>
 
+#include "qt/Contrast.h"
 #include "qt/QtCanvas.h"
 #include "qt/QtLabel.h"
 #include "qt/QtListbox.h"
@@ -60,8 +62,7 @@ void ControlView::Flush() {
     const Aspects changed = std::exchange(mChanged, Aspects());
     const QSignalBlocker quiet(mWidget);
     if (changed.Has(Aspect::Geometry)) {
-        const Bounds& place = mControl.Place();
-        mWidget.setGeometry(place.Left, place.Top, std::max(place.Width, 0), std::max(place.Height, 0));
+        mWidget.setGeometry(mWindow.Units().ToPixels(mControl.Place()));
         mWidget.setVisible(mControl.Visible());
     }
     if (changed.Has(Aspect::Enabled)) mWidget.setEnabled(mControl.Enabled());
@@ -76,8 +77,17 @@ void DrawFocusFrame(QPainter& painter, const QWidget& widget) {
     painter.drawRect(widget.rect().adjusted(0, 0, -1, -1));
 }
 
-void SetTextColor(QWidget& widget, QPalette::ColorRole role, const QColor& color) {
+/// Asks the application: a widget hears of a new palette later than what it shows.
+QColor GroundOf(const QWidget& widget) {
+    const bool isField = widget.inherits("QLineEdit") || widget.inherits("QTextEdit");
+    const bool isClear = widget.palette().color(QPalette::Base).alpha() == 0;
+    return QApplication::palette().color(QPalette::Active,
+                                         isField && !isClear ? QPalette::Base : QPalette::Window);
+}
+
+void SetTextColor(QWidget& widget, QPalette::ColorRole role, const QColor& wanted) {
     QPalette palette = widget.palette();
+    const QColor color = Legible(wanted, GroundOf(widget));
     if (palette.color(QPalette::Active, role) == color) return;
     palette.setColor(QPalette::Active, role, color);
     palette.setColor(QPalette::Inactive, role, color);

@@ -6,6 +6,8 @@
 #include <QDBusPendingReply>
 #include <QStyle>
 
+#include "qt/Contrast.h"
+
 namespace sorbel {
 
 namespace {
@@ -28,7 +30,7 @@ QPalette DarkPalette() {
     palette.setColor(QPalette::Base, QColor(0x20, 0x20, 0x20));
     palette.setColor(QPalette::AlternateBase, QColor(0x28, 0x28, 0x28));
     palette.setColor(QPalette::Disabled, QPalette::Base, QColor(0x2A, 0x2A, 0x2A));
-    palette.setColor(QPalette::Highlight, QColor(0x2F, 0x7C, 0xB8));
+    palette.setColor(QPalette::Highlight, QColor(0x2B, 0x72, 0xA9));
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Link, QColor(0x6C, 0xB4, 0xF0));
     palette.setColor(QPalette::ToolTipBase, QColor(0x40, 0x40, 0x40));
@@ -36,6 +38,14 @@ QPalette DarkPalette() {
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
     palette.setColor(QPalette::PlaceholderText, QColor(0x90, 0x90, 0x90));
+    return palette;
+}
+
+/// The toolkit's own highlight is too bright for white text.
+QPalette LightPalette(QPalette palette) {
+    if (!IsOursToFollow(palette)) return palette;
+    const QColor text = palette.color(QPalette::HighlightedText);
+    palette.setColor(QPalette::Highlight, Legible(palette.color(QPalette::Highlight), text));
     return palette;
 }
 
@@ -48,8 +58,10 @@ QVariant Unwrapped(QVariant value) {
 
 }  // namespace
 
-DesktopAppearance::DesktopAppearance(QDBusConnection bus) : mLight(QApplication::palette()) {
-    if (!bus.isConnected() || !IsOursToFollow(mLight)) return;
+DesktopAppearance::DesktopAppearance(QDBusConnection bus) : mLight(LightPalette(QApplication::palette())) {
+    if (!IsOursToFollow(mLight)) return;
+    QApplication::setPalette(mLight);
+    if (!bus.isConnected()) return;
     bus.connect(Service, Path, Interface, QStringLiteral("SettingChanged"), this,
                 SLOT(SettingChanged(QDBusMessage)));
     QDBusMessage question = QDBusMessage::createMethodCall(Service, Path, Interface, QStringLiteral("Read"));

@@ -2,8 +2,9 @@
 
 #include <QRegularExpression>
 #include <algorithm>
-#include <cmath>
 
+#include "qt/Contrast.h"
+#include "qt/DesignUnits.h"
 #include "qt/ListView.h"
 #include "qt/QtGraphics.h"
 #include "qt/QtTheme.h"
@@ -19,32 +20,13 @@ constexpr int IconSize = 16;
 constexpr int Gap = 4;
 constexpr qsizetype LongestLine = 1000;  // more than a row ever shows
 
-/// Without the focus the selected row keeps its contrast to the text but loses its colour.
+/// The ground of a selected row, on which its text can be read. Without the focus it loses its colour.
 QColor SelectionColor(const QPalette& palette, bool focused) {
-    const QColor color = palette.color(QPalette::Active, QPalette::Highlight);
+    const QColor color = Legible(palette.color(QPalette::Active, QPalette::Highlight),
+                                 palette.color(QPalette::HighlightedText));
     if (focused) return color;
-    return QColor::fromHsl(color.hslHue(), color.hslSaturation() / 6, color.lightness());
-}
-
-/// Brightness as the eye sees it, from 0 to 1.
-double Luminance(const QColor& color) {
-    const auto linear = [](double part) {
-        return std::pow(part, 2.2);
-    };
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-/// A muted colour that would drown in the selection is muted towards the colour of selected text instead.
-QColor OnSelection(const QColor& color, const QColor& selection, const QColor& selectedText) {
-    const auto [darker, lighter] = std::minmax({Luminance(color), Luminance(selection)});
-    if ((lighter + 0.05) / (darker + 0.05) >= 2.0) return color;
-    constexpr float Strength = 0.7F;
-    const auto mix = [](float over, float under) {
-        return Strength * over + (1 - Strength) * under;
-    };
-    return QColor::fromRgbF(mix(selectedText.redF(), selection.redF()),
-                            mix(selectedText.greenF(), selection.greenF()),
-                            mix(selectedText.blueF(), selection.blueF()));
+    const QColor grey = QColor::fromHsl(color.hslHue(), color.hslSaturation() / 6, color.lightness());
+    return Legible(grey, palette.color(QPalette::HighlightedText));
 }
 
 /// One line of a text: its line breaks are marks.
@@ -55,24 +37,34 @@ QString OneLine(const String& text) {
 
 }  // namespace
 
-QRect ListRowPainter::TriangleRect(const QRect& row) {
-    return {row.left(), row.top(), TriangleLeft + Indent, row.height()};
+QRect ListRowPainter::TriangleRect(const QRect& row) const {
+    return {row.left(), row.top(), mUnits.ToPixels(TriangleLeft + Indent), row.height()};
 }
 
 void ListRowPainter::Paint(QPainter& painter, int row, const QRect& place) const {
     if (mList.Selected(row)) painter.fillRect(place, SelectionColor(mView.palette(), mView.hasFocus()));
     if (mList.IsFolder(row)) PaintTriangle(painter, row, place);
 
-    // The owner draws icons at the cell's top, so the cell is the band in which they are centred.
-    const QRect cell = place.adjusted(0, (place.height() - IconSize) / 2, 0, 0);
+    if (const auto style = PaintCell(painter, row, place)) PaintText(painter, *style, row, place);
+}
+
+/// The owner draws icons at the cell's top, so the cell is the band in which they are centred.
+std::optional<ListRowPainter::TextStyle> ListRowPainter::PaintCell(QPainter& painter, int row,
+                                                                   const QRect& place) const {
+    const int band = mUnits.ToPixels(IconSize);
+    const QRect cell(place.left(), place.top() + (place.height() - band) / 2, place.width(), band);
+    QtGraphics g(painter, cell, mUnits);
     int textLeft = TriangleLeft + Indent + mList.Depth(row) * Indent;
-    QtGraphics g(painter, cell);
     if (const auto picture = mList.RowPicture(row)) {
         g.DrawTinted(*picture, textLeft, 0, mTheme.Present(picture->Tint));  // kept from earlier
         textLeft += IconSize + Gap;
     }
-    if (!mList.PaintCell(g, row, textLeft, 0))
-        PaintText(painter, g, row, QRect(textLeft, 0, cell.width() - textLeft - Gap, IconSize));
+    if (mList.PaintCell(g, row, textLeft, 0)) return std::nullopt;
+    TextStyle style{mUnits.ToPixels(textLeft), mView.font(), std::nullopt};
+    style.Font.setBold(g.Bold);
+    style.Font.setItalic(g.Italic);
+    if (g.ForeColorSet) style.Color = ToQColor(g.ForeColor);
+    return style;
 }
 
 void ListRowPainter::PaintTriangle(QPainter& painter, int row, const QRect& place) const {
@@ -81,6 +73,7 @@ void ListRowPainter::PaintTriangle(QPainter& painter, int row, const QRect& plac
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(middle);
+    painter.scale(mUnits.Factor(), mUnits.Factor());
     if (mList.Expanded(row)) painter.rotate(90);
     QColor color = mView.palette().color(mList.Selected(row) ? QPalette::HighlightedText : QPalette::Text);
     color.setAlphaF(0.7F);
@@ -90,21 +83,19 @@ void ListRowPainter::PaintTriangle(QPainter& painter, int row, const QRect& plac
     painter.restore();
 }
 
-void ListRowPainter::PaintText(QPainter& painter, const QtGraphics& g, int row, const QRect& place) const {
+void ListRowPainter::PaintText(QPainter& painter, const TextStyle& style, int row, const QRect& place) const {
     const QString line = OneLine(mList.Cell(row));
     const QPalette palette = mView.palette();
     const bool selected = mList.Selected(row);
-    QColor color = palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
-    if (g.ForeColorSet) color = ToQColor(g.ForeColor);
-    if (selected)
-        color =
-            OnSelection(color, palette.color(QPalette::Highlight), palette.color(QPalette::HighlightedText));
+    QColor color = style.Color.value_or(palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
+    color =
+        Legible(color, selected ? SelectionColor(palette, mView.hasFocus()) : palette.color(QPalette::Base));
     painter.setPen(color);
-    painter.setFont(g.Font());
-    painter.setClipping(false);  // letters may be taller than the icons' band
+    painter.setFont(style.Font);
     painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-    painter.drawText(place, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(line, Qt::ElideRight, place.width()));
+    const QRect room = place.adjusted(style.Left, 0, -mUnits.ToPixels(Gap), 0);
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(line, Qt::ElideRight, room.width()));
 }
 
 }  // namespace sorbel

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QPainter>
+#include <optional>
 
 namespace sorbel {
 
+class DesignUnits;
 class Listbox;
 class ListView;
 class QtGraphics;
@@ -12,20 +14,28 @@ class QtTheme;
 /// Draws a row of a list: background, triangle of a folder, picture, and what the list's owner decides.
 class ListRowPainter {
   public:
-    ListRowPainter(Listbox& list, const ListView& view, const QtTheme& theme)
-        : mList(list), mView(view), mTheme(theme) {}
+    ListRowPainter(Listbox& list, const ListView& view, const QtTheme& theme, const DesignUnits& units)
+        : mList(list), mView(view), mTheme(theme), mUnits(units) {}
 
     void Paint(QPainter& painter, int row, const QRect& place) const;
     /// Where a click opens or closes a folder.
-    [[nodiscard]] static QRect TriangleRect(const QRect& row);
+    [[nodiscard]] QRect TriangleRect(const QRect& row) const;
 
   private:
     void PaintTriangle(QPainter& painter, int row, const QRect& place) const;
-    void PaintText(QPainter& painter, const QtGraphics& g, int row, const QRect& place) const;
+    /// How the owner wants the text that the row's own drawing has left to the list.
+    struct TextStyle {
+        int Left = 0;  // in pixels, in the row
+        QFont Font;
+        std::optional<QColor> Color;
+    };
+    [[nodiscard]] std::optional<TextStyle> PaintCell(QPainter& painter, int row, const QRect& place) const;
+    void PaintText(QPainter& painter, const TextStyle& style, int row, const QRect& place) const;
 
     Listbox& mList;
     const ListView& mView;
     const QtTheme& mTheme;
+    const DesignUnits& mUnits;
 };
 
 }  // namespace sorbel

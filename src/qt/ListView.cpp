@@ -43,7 +43,7 @@ ListView::ListView(Listbox& list, QtWindow& window)
 }
 
 int ListView::RowHeight() const {
-    return std::max(18, fontMetrics().height() + 4);
+    return std::max(mWindow.Units().ToPixels(18), fontMetrics().height() + 4);
 }
 
 int ListView::RowCount() const {
@@ -102,11 +102,15 @@ void ListView::Refresh() {
     viewport()->update();
 }
 
+ListRowPainter ListView::RowPainter() {
+    return {mList, *this, mWindow.Theme(), mWindow.Units()};
+}
+
 void ListView::paintEvent(QPaintEvent* event) {
     mStale = false;
     QPainter painter(viewport());
     painter.setFont(font());
-    const ListRowPainter rows(mList, *this, mWindow.Theme());
+    const ListRowPainter rows = RowPainter();
     const int top = verticalScrollBar()->value();
     const int first = top + event->rect().top() / RowHeight();
     const int last = std::min(RowCount() - 1, top + event->rect().bottom() / RowHeight());
@@ -121,11 +125,11 @@ void ListView::mousePressEvent(QMouseEvent* event) {
     if (mStale) viewport()->repaint();
     const QPoint at = event->position().toPoint();
     const QModelIndex index = indexAt(at);
-    if (!index.isValid()) return mList.UserClick(-1, at.x(), at.y());
-    const int row = index.row();
-    if (mList.IsFolder(row) && ListRowPainter::TriangleRect(RowRect(row)).contains(at))
+    const int row = index.isValid() ? index.row() : -1;
+    if (row >= 0 && mList.IsFolder(row) && RowPainter().TriangleRect(RowRect(row)).contains(at))
         return OpenRow(row, !mList.Expanded(row));
-    mList.UserClick(row, at.x(), at.y() - RowRect(row).top());
+    const QPoint inRow = mWindow.Units().FromPixels(row >= 0 ? at - RowRect(row).topLeft() : at);
+    mList.UserClick(row, inRow.x(), inRow.y());
 }
 
 void ListView::keyPressEvent(QKeyEvent* event) {

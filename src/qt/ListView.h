@@ -7,6 +7,7 @@
 
 namespace sorbel {
 
+class ListRowPainter;
 class QtWindow;
 
 /// The rows of a list as assistive technology reads them. Nothing is kept for a row.
@@ -70,6 +71,7 @@ class ListView : public QListView {
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
   private:
+    [[nodiscard]] ListRowPainter RowPainter();
     bool MoveBy(int key);
     bool OpenOrClose(int key);
     void TellFocusedRow();

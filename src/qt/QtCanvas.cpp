@@ -13,7 +13,7 @@ namespace sorbel {
 
 namespace {
 
-constexpr int KeyStep = 10;  // pixels that a key moves a splitter
+constexpr int KeyStep = 10;  // units that a key moves a splitter
 
 class CanvasWidget : public QWidget {
   public:
@@ -29,15 +29,15 @@ class CanvasWidget : public QWidget {
     [[nodiscard]] bool IsButton() const { return mControl.MouseDown && !IsSplitter(); }
     [[nodiscard]] bool IsSplitter() const { return mControl.Cursor() != MouseCursor::Standard; }
     void Press() {
-        mControl.UserMouseDown(width() / 2, height() / 2);
-        mControl.UserMouseUp(width() / 2, height() / 2);
+        mControl.UserMouseDown(mControl.Width() / 2, mControl.Height() / 2);
+        mControl.UserMouseUp(mControl.Width() / 2, mControl.Height() / 2);
     }
 
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         {
-            QtGraphics g(painter, rect());
+            QtGraphics g(painter, rect(), mWindow.Units());
             mWindow.Guard([&] { mControl.Event_Paint(g); });
         }
         if (!hasFocus()) return;
@@ -102,8 +102,8 @@ class CanvasWidget : public QWidget {
     /// In the control's own coordinates. A drag may have moved the control further than the widget, which
     /// follows at the next flush, so the widget's coordinates would not do.
     [[nodiscard]] QPoint Position(const QMouseEvent& event) const {
-        return mWindow.Content().mapFromGlobal(event.globalPosition().toPoint()) -
-               QPoint(mControl.Left(), mControl.Top());
+        const QPoint at = mWindow.Content().mapFromGlobal(event.globalPosition().toPoint());
+        return mWindow.Units().FromPixels(at) - QPoint(mControl.Left(), mControl.Top());
     }
 
     Canvas& mControl;

@@ -48,10 +48,13 @@ QPixmap KeptPixmap(const Picture& picture, double scale, Color wanted) {
 
 }  // namespace
 
-QtGraphics::QtGraphics(QPainter& painter, const QRect& area) : mPainter(painter), mArea(area) {
+QtGraphics::QtGraphics(QPainter& painter, const QRect& area, const DesignUnits& units)
+    : mPainter(painter), mWidth(units.FromPixels(area.width())), mHeight(units.FromPixels(area.height())) {
     mPainter.save();
     mPainter.setClipRect(area, Qt::IntersectClip);
     mPainter.translate(area.topLeft());
+    mPainter.scale(units.Factor(), units.Factor());
+    mPainter.setFont(units.ForUnits(mPainter.font()));
 }
 
 QFont QtGraphics::Font() const {
@@ -70,20 +73,27 @@ void QtGraphics::DrawPicture(const Picture& picture, int x, int y) {
 }
 
 void QtGraphics::DrawTinted(const Picture& picture, int x, int y, Color tint) {
-    const double scale = mPainter.device()->devicePixelRatioF();
+    const double scale = mPainter.device()->devicePixelRatioF() * mPainter.worldTransform().m11();
     const QPixmap pixmap = KeptPixmap(picture, scale, tint);
     if (pixmap.isNull()) return;
     mPainter.setRenderHint(QPainter::SmoothPixmapTransform);
     mPainter.drawPixmap(QRect(x, y, picture.Width(), picture.Height()), pixmap);
 }
 
+/// One pixel wide at every scale.
+QPen QtGraphics::HairLine() const {
+    QPen pen(ToQColor(ForeColor), 1);
+    pen.setCosmetic(true);
+    return pen;
+}
+
 void QtGraphics::DrawLine(int x1, int y1, int x2, int y2) {
-    mPainter.setPen(ToQColor(ForeColor));
+    mPainter.setPen(HairLine());
     mPainter.drawLine(x1, y1, x2, y2);
 }
 
 void QtGraphics::DrawRect(int x, int y, int width, int height) {
-    mPainter.setPen(ToQColor(ForeColor));
+    mPainter.setPen(HairLine());
     mPainter.setBrush(Qt::NoBrush);
     mPainter.drawRect(x, y, width - 1, height - 1);
 }

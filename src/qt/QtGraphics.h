@@ -3,21 +3,22 @@
 #include <QPainter>
 #include <QRect>
 
+#include "qt/DesignUnits.h"
 #include "ui/toolkit/Graphics.h"
 
 namespace sorbel {
 
-/// Draws through a painter into a rectangle of its device, whose top left corner is the origin. What lies
-/// outside is clipped. The painter is as before once this is gone.
+/// Draws in units through a painter into a rectangle of pixels, whose top left corner is the origin. What
+/// lies outside is clipped. The painter is as before once this is gone.
 class QtGraphics : public Graphics {
   public:
-    QtGraphics(QPainter& painter, const QRect& area);
+    QtGraphics(QPainter& painter, const QRect& area, const DesignUnits& units);
     ~QtGraphics() override { mPainter.restore(); }
     QtGraphics(const QtGraphics&) = delete;
     QtGraphics& operator=(const QtGraphics&) = delete;
 
-    [[nodiscard]] int Width() const override { return mArea.width(); }
-    [[nodiscard]] int Height() const override { return mArea.height(); }
+    [[nodiscard]] int Width() const override { return mWidth; }
+    [[nodiscard]] int Height() const override { return mHeight; }
     [[nodiscard]] double StringWidth(StringView text) const override;
     void DrawPicture(const Picture& picture, int x, int y) override;
     /// A tinted picture, in a tint that may not be its own.
@@ -30,8 +31,10 @@ class QtGraphics : public Graphics {
     [[nodiscard]] QFont Font() const;
 
   private:
+    [[nodiscard]] QPen HairLine() const;
+
     QPainter& mPainter;
-    QRect mArea;
+    int mWidth, mHeight;
 };
 
 }  // namespace sorbel

@@ -4,6 +4,7 @@
 #include <QTextDocument>
 #include <algorithm>
 
+#include "qt/Contrast.h"
 #include "qt/PlainTextEdit.h"
 #include "qt/QtWindow.h"
 #include "qt/SpellHighlighter.h"
@@ -88,6 +89,10 @@ void QtTextArea::ShowTop() {
     mEdit.verticalScrollBar()->setValue(0);
 }
 
+QColor QtTextArea::Shown(Color color) const {
+    return Legible(Owner().Theme().Shown(color), GroundOf(mEdit));
+}
+
 /// Runs in the control's own colour take that of the widget, which also has one for the disabled state.
 void QtTextArea::ShowRuns() {
     EditableWalk walk(mControl.Text());
@@ -99,7 +104,7 @@ void QtTextArea::ShowRuns() {
             walk.Step();
         cursor.setPosition(static_cast<int>(walk.Shown()), QTextCursor::KeepAnchor);
         QTextCharFormat format;
-        if (run.Color != mControl.TextColor()) format.setForeground(Owner().Theme().Shown(run.Color));
+        if (run.Color != mControl.TextColor()) format.setForeground(Shown(run.Color));
         cursor.setCharFormat(format);
     }
 }

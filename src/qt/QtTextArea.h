@@ -28,6 +28,7 @@ class QtTextArea : public ControlView {
     void ShowRuns();
     [[nodiscard]] qsizetype LongestHead(const QString& before, const QString& after) const;
     [[nodiscard]] QString TextOfWidget() const;
+    [[nodiscard]] QColor Shown(Color color) const;
 
     TextArea& mControl;
     QTextEdit& mEdit;

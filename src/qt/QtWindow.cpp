@@ -19,7 +19,8 @@ class ContentWidget : public QWidget {
   public:
     explicit ContentWidget(QtWindow& window) : QWidget(&window), mWindow(window) {}
     [[nodiscard]] QSize sizeHint() const override {
-        return {mWindow.Model().Width(), mWindow.Model().Height()};
+        const DesignUnits& units = mWindow.Units();
+        return {units.ToPixels(mWindow.Model().Width()), units.ToPixels(mWindow.Model().Height())};
     }
 
   protected:
@@ -32,7 +33,7 @@ class ContentWidget : public QWidget {
 }  // namespace
 
 QtWindow::QtWindow(std::shared_ptr<Window> window, QtTheme& theme)
-    : mModel(std::move(window)), mTheme(theme), mContent(new ContentWidget(*this)) {
+    : mModel(std::move(window)), mTheme(theme), mUnits(font()), mContent(new ContentWidget(*this)) {
     setCentralWidget(mContent);
     setAcceptDrops(true);
     if (mModel->Type == Window::Kind::Document && mModel->MenuBar())
@@ -55,12 +56,38 @@ void QtWindow::SetUpFrame() {
     flags.setFlag(Qt::WindowMaximizeButtonHint, model.HasMaximizeButton);
     setWindowFlags(flags);
     if (model.Type == Window::Kind::MovableModal) setWindowModality(Qt::ApplicationModal);
-    if (model.Resizeable) {
-        mContent->setMinimumSize(model.Minimum.Width, model.Minimum.Height);
-        mContent->setMaximumSize(model.Maximum.Width, model.Maximum.Height);
-    } else {
-        mContent->setFixedSize(model.Width(), model.Height());
+    SetLimits();
+}
+
+/// A window that is larger than the screen cannot be used, so its contents are rather cut.
+void QtWindow::SetLimits() {
+    const Window& model = *mModel;
+    if (!model.Resizeable) return mContent->setFixedSize(mContent->sizeHint());
+    const auto pixels = [this](const Window::Size& size) {
+        return QSize(mUnits.ToPixels(size.Width), mUnits.ToPixels(size.Height));
+    };
+    const QSize room = screen()->availableSize() * 9 / 10;
+    mContent->setMinimumSize(pixels(model.Minimum).boundedTo(room));
+    mContent->setMaximumSize(pixels(model.Maximum).boundedTo({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}));
+}
+
+/// The desktop's font is another one now.
+void QtWindow::TakeFont() {
+    const DesignUnits units(font());
+    if (units.Factor() == mUnits.Factor()) return;
+    mUnits = units;
+    SetLimits();
+    for (const auto& view : mViews) {
+        view->Changed(Aspect::Geometry);
+        view->Changed(Aspect::Cells);
     }
+    Fit();
+    ContentResized();
+}
+
+/// As large as the model, but not larger than the screen.
+void QtWindow::Fit() {
+    resize(sizeHint().boundedTo(screen()->availableSize()));
 }
 
 /// Controls lie on one another in the order in which they were made, and take the focus in tab order.
@@ -77,7 +104,7 @@ void QtWindow::MakeControls() {
 
 void QtWindow::Open(const QWidget* front) {
     Flush();
-    resize(sizeHint());
+    Fit();
     if (!mModel->Resizeable) setFixedSize(sizeHint());
     if (mModel->Centred) move(screen()->availableGeometry().center() - QPoint(width(), height()) / 2);
     if (front && mModel->Type == Window::Kind::MovableModal) {

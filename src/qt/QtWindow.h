@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "qt/ControlView.h"
+#include "qt/DesignUnits.h"
 #include "qt/QtMenus.h"
 #include "qt/QtTheme.h"
 #include "ui/toolkit/Window.h"
@@ -30,6 +31,7 @@ class QtWindow : public QMainWindow, public View {
     [[nodiscard]] Window& Model() const { return *mModel; }
     [[nodiscard]] QWidget& Content() const { return *mContent; }
     [[nodiscard]] QtTheme& Theme() const { return mTheme; }
+    [[nodiscard]] const DesignUnits& Units() const { return mUnits; }
     [[nodiscard]] ControlView* ViewOf(const Control& control) const;
 
     void Changed(Aspect aspect) override;
@@ -65,6 +67,9 @@ class QtWindow : public QMainWindow, public View {
   private:
     void MakeControls();
     void SetUpFrame();
+    void SetLimits();
+    void TakeFont();
+    void Fit();
     void ShowWindow(Aspects changed);
     void ShowFocus();
     void OpenContextMenu();
@@ -75,6 +80,7 @@ class QtWindow : public QMainWindow, public View {
 
     std::shared_ptr<Window> mModel;  // held until nothing runs in it any more
     QtTheme& mTheme;
+    DesignUnits mUnits;
     QWidget* mContent;
     std::vector<std::unique_ptr<ControlView>> mViews;
     std::unique_ptr<QtMenus> mMenus;

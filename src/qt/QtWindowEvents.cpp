@@ -41,6 +41,7 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void QtWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::FontChange && !mRetired) TakeFont();
     if (event->type() != QEvent::ActivationChange || !isActiveWindow()) return;
     if (Desktop::The().IsLooking())
         Desktop::The().WhenFree(*this, [this] { TakeFront(); });
@@ -92,7 +93,10 @@ void QtWindow::keyPressEvent(QKeyEvent* event) {
 
 void QtWindow::mousePressEvent(QMouseEvent* event) {
     const QPoint at = mContent->mapFrom(this, event->position().toPoint());
-    if (!mRetired && mContent->rect().contains(at)) mModel->UserMouseDown(at.x(), at.y());
+    if (!mRetired && mContent->rect().contains(at)) {
+        const QPoint units = mUnits.FromPixels(at);
+        mModel->UserMouseDown(units.x(), units.y());
+    }
 }
 
 void QtWindow::moveEvent(QMoveEvent* event) {
@@ -109,9 +113,9 @@ void QtWindow::TakePlace() {
 void QtWindow::ContentResized() {
     if (mRetired || !isVisible()) return;
     TakePlace();
-    const QSize size = mContent->size();
-    if (size.width() == mModel->Width() && size.height() == mModel->Height()) return;
-    mModel->UserResize({size.width(), size.height()}, true);
+    const Window::Size size{mUnits.FromPixels(mContent->width()), mUnits.FromPixels(mContent->height())};
+    if (size.Width == mModel->Width() && size.Height == mModel->Height()) return;
+    mModel->UserResize(size, true);
     Flush();
 }
 

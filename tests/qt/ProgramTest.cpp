@@ -1,6 +1,9 @@
 #include <QAccessible>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QFileOpenEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -67,6 +70,32 @@ class Program : public testing::Test {
     Window* mWindow = nullptr;
     QtWindow* View = nullptr;
 };
+
+/// Whether a widget of one line shows the whole of its text.
+bool HasRoom(const QWidget& widget, const QString& text) {
+    const QFontMetrics metrics = widget.fontMetrics();
+    return widget.height() >= metrics.height() && widget.width() >= metrics.horizontalAdvance(text);
+}
+
+TEST_F(Program, NothingIsCutAtAnySizeOfTheFont) {
+    const QFont usual = QApplication::font();
+    for (const int size : {9, 11, 13}) {  // for more the screen without a screen is too small
+        QFont font = usual;
+        font.setPointSize(size);
+        QApplication::setFont(font);
+        Settle();
+        Settle();
+        for (const auto* label : View->findChildren<QLabel*>()) {
+            if (label->wordWrap()) continue;
+            EXPECT_TRUE(HasRoom(*label, label->text())) << size << label->text().toStdString();
+        }
+        for (const auto* box : View->findChildren<QComboBox*>())
+            EXPECT_TRUE(HasRoom(*box, box->currentText())) << size;
+        for (const auto* field : View->findChildren<QLineEdit*>())
+            EXPECT_TRUE(HasRoom(*field, {})) << size;
+    }
+    QApplication::setFont(usual);
+}
 
 TEST_F(Program, EveryControlSaysWhatItIs) {
     const struct {

@@ -4,6 +4,7 @@
 #include <QTextEdit>
 
 #include "Screen.h"
+#include "qt/Contrast.h"
 
 namespace sorbel {
 
@@ -156,14 +157,25 @@ TEST_F(Text, RunsAreColoured) {
         QTextCursor cursor(Edit().document());
         cursor.setPosition(position + 1);
         const QTextCharFormat format = cursor.charFormat();
-        return format.hasProperty(QTextFormat::ForegroundBrush)
-                   ? format.foreground().color().name().toStdString()
-                   : "";
+        return format.hasProperty(QTextFormat::ForegroundBrush) ? format.foreground().color() : QColor();
     };
-    EXPECT_EQ(colorAt(0), "#00aa00");
-    EXPECT_EQ(colorAt(2), "");
-    EXPECT_EQ(colorAt(4), "");
-    EXPECT_EQ(colorAt(5), "#aa0000");
+    EXPECT_FALSE(colorAt(2).isValid());
+    EXPECT_FALSE(colorAt(4).isValid());
+    EXPECT_EQ(colorAt(5), QColor(0xAA, 0, 0));
+    // This green is too bright to be read on white, and red too dark on black.
+    EXPECT_EQ(colorAt(0).hue(), 120);
+    EXPECT_GE(Contrast(colorAt(0), Qt::white), ContrastOfText);
+    const QPalette light = QApplication::palette();
+    QPalette dark = light;
+    dark.setColor(QPalette::Text, Qt::white);
+    dark.setColor(QPalette::Base, QColor(32, 32, 32));
+    QApplication::setPalette(dark);
+    Settle();
+    Settle();
+    EXPECT_EQ(colorAt(0), QColor(0, 0xAA, 0));
+    EXPECT_EQ(colorAt(5).hue(), 0);
+    EXPECT_GE(Contrast(colorAt(5), QColor(32, 32, 32)), ContrastOfText);
+    QApplication::setPalette(light);
 }
 
 TEST_F(Text, NoBreakSpacesAndBadBytesSurviveCopyAndPaste) {

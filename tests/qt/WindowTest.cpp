@@ -1,3 +1,4 @@
+#include <QAbstractScrollArea>
 #include <QComboBox>
 #include <QLabel>
 #include <QMenuBar>
@@ -41,6 +42,33 @@ TEST_F(Windows, ResizingMovesTheControlsInTheSameStep) {
     View->move(120, 90);
     Settle();
     EXPECT_EQ(QPoint(Small->Left(), Small->Top()), View->Content().mapToGlobal(QPoint(0, 0)));
+}
+
+TEST_F(Windows, ALargerFontGivesAllOfItMorePixels) {
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSizeF(2 * usual.pointSizeF());
+    Small->List.AddRow("one");
+    Small->List.AddRow("two");
+    Open();
+    QApplication::setFont(large);
+    Settle();
+    Settle();
+    const double factor = View->Units().Factor();
+    EXPECT_NEAR(factor, 2 * DesignUnits(usual).Factor(), 0.3);
+    EXPECT_NEAR(On<QWidget>(Small->Area).x(), 200 * factor, 1);
+    EXPECT_NEAR(On<QWidget>(Small->Area).width(), Small->Area.Width() * factor, 2);
+
+    // Places come back as the units that they were.
+    View->resize(View->width() + 300, View->height());
+    EXPECT_EQ(Small->Width(), DesignUnits(large).FromPixels(View->Content().width()));
+    EXPECT_NEAR(On<QWidget>(Small->Area).geometry().right(), View->Content().width() - 10 * factor, 3);
+    const auto& rows = On<QAbstractScrollArea>(Small->List);
+    QTest::mouseClick(rows.viewport(), Qt::LeftButton, {}, QPoint(60, qRound(27 * factor)));
+    EXPECT_EQ(Small->List.ListIndex(), 1);
+    for (const int units : {0, 1, 17, 400})
+        EXPECT_EQ(View->Units().FromPixels(View->Units().ToPixels(units)), units);
+    QApplication::setFont(usual);
 }
 
 TEST_F(Windows, AMenuOfRowsFollowsTheControlOnly) {
@@ -129,15 +157,16 @@ TEST_F(Windows, ColoursFollowTheAppearance) {
     const QPalette light = QApplication::palette();
     Open();
     Small->Caption.SetTextColor(Backend.Theme(SystemColor::Text));
-    Small->Area.SetTextColor({0xAA0000});
+    Small->Area.SetTextColor({0xFF8080});
     QPalette dark = light;
     dark.setColor(QPalette::Text, QColor(250, 250, 250));
     dark.setColor(QPalette::Base, QColor(20, 20, 20));
+    dark.setColor(QPalette::Window, QColor(40, 40, 40));
     QApplication::setPalette(dark);
     Settle();
     Settle();
     EXPECT_EQ(On<QWidget>(Small->Caption).palette().color(QPalette::WindowText), QColor(250, 250, 250));
-    EXPECT_EQ(On<QWidget>(Small->Area).palette().color(QPalette::Text), QColor(0xAA, 0, 0));
+    EXPECT_EQ(On<QWidget>(Small->Area).palette().color(QPalette::Text), QColor(0xFF, 0x80, 0x80));
     EXPECT_EQ(Backend.NamedColor("TERTIARYLabelColor"), Color::FromRGB(80, 80, 80));
     EXPECT_EQ(Backend.NamedColor("no such colour"), std::nullopt);
     QApplication::setPalette(light);
