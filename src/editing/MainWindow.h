@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "editing/undo/UndoManager.h"
+#include "notifications/Notifications.h"
 #include "platform/Finder.h"
 #include "scripting/FrontDocument.h"
 #include "stringset/LocalizedStringSet.h"
-#include "ui/Notifications.h"
 #include "ui/OptionsButton.h"
 #include "ui/SimpleSplitter.h"
 #include "ui/toolkit/Busy.h"

@@ -3,8 +3,8 @@
 #include "editing/changes/ImportChange.h"
 #include "editing/changes/StringSetChange.h"
 #include "editing/undo/UndoManager.h"
+#include "notifications/Notifications.h"
 #include "platform/Clock.h"
-#include "ui/Notifications.h"
 
 namespace sorbel {
 namespace {

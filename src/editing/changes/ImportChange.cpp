@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ui/Notifications.h"
+#include "notifications/Notifications.h"
 
 namespace sorbel {
 

@@ -1,7 +1,7 @@
 #include "editing/changes/StringSetChange.h"
 
+#include "notifications/Notifications.h"
 #include "platform/Clock.h"
-#include "ui/Notifications.h"
 
 namespace sorbel {
 

@@ -1,4 +1,4 @@
-#include "ui/Notifications.h"
+#include "notifications/Notifications.h"
 
 #include <utility>
 
