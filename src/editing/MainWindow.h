@@ -181,7 +181,7 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     Imported ImportFile(const FolderItem& f);
     Imported MergeLocale(const LocalizedStringSet& imported);
     bool AskLanguage(StringView importedLanguage);
-    void UpdateApplication(void (*update)(const LocalizedStringSet& set));
+    void UpdateApplication();
 
     void DrawPlatformIcons(Graphics& g, const PlatformTable& entry) const;
     [[nodiscard]] Color SystemTextColor() const;

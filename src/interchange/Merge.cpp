@@ -1,8 +1,19 @@
 #include "interchange/Merge.h"
 
 #include "editing/changes/StringSetChange.h"
+#include "shell/FileTypes1.h"
 
 namespace sorbel {
+
+std::shared_ptr<LocalizedStringSet> LocaleForImport(const FolderItem& f) {
+    // Text never makes a valid set, so none is made of it, but its short lines are failures all the same.
+    if (f.Type() == FileTypes1::TabDelimited().Name) {
+        LocalizedStringSet::CheckTextFile(f);
+        return nullptr;
+    }
+    auto locale = std::make_shared<LocalizedStringSet>();
+    return locale->ReadFile(f) ? locale : nullptr;
+}
 
 std::unique_ptr<ImportChange> ChangesFromLocale(const std::shared_ptr<LocalizedStringSet>& document,
                                                 const LocalizedStringSet& imported) {

@@ -34,13 +34,7 @@ void MainWindow::RefreshAfterImport() {
 }
 
 MainWindow::Imported MainWindow::ImportFile(const FolderItem& f) {
-    LocalizedStringSet imported;
-    // Text never makes a valid set, so none is made of it, but its short lines are failures all the same.
-    if (f.Type() == FileTypes1::TabDelimited().Name) {
-        LocalizedStringSet::CheckTextFile(f);
-    } else if (imported.ReadFile(f)) {
-        return MergeLocale(imported);
-    }
+    if (const auto imported = LocaleForImport(f)) return MergeLocale(*imported);
     if (!DetectFileFormat(f)) {
         App().Desktop().MsgBox("The file \"" + f.DisplayName() + "\" could not be imported.\r\r" +
                                "The format of the file is not one that Sorbel can import.");
