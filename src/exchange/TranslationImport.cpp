@@ -1,0 +1,66 @@
+#include "exchange/TranslationImport.h"
+
+#include "interchange/Escapes.h"
+
+namespace sorbel {
+
+void TranslationImport::Take(const ImportedRow& row, EmptyDefault emptyDefault) {
+    const std::optional<KeyedRow> keyed = RowOfKey(row.Key, mRoom);
+    const std::optional<Found> found = keyed ? Find(keyed->Identifier, keyed->Platform) : std::nullopt;
+    if (!found) return TakeUnknown(row.Key);
+    const StringView original = found->Value.Original;
+    const bool isKey = original.empty() && emptyDefault == EmptyDefault::AsKey;
+    TakeInto(*found, keyed->Platform, row, isKey ? row.Key : original);
+}
+
+void TranslationImport::Take(StringView identifier, std::optional<int64_t> platform, const ImportedRow& row) {
+    const std::optional<Found> found = platform ? Find(identifier, *platform) : std::nullopt;
+    if (!found) return TakeUnknown(row.Key);
+    TakeInto(*found, *platform, row, found->Value.Original);
+}
+
+/// The first row of an identifier follows the identifier before, the others its own first one.
+std::optional<TranslationImport::Found> TranslationImport::Find(StringView identifier, int64_t platform) {
+    const int64_t guess = platform == PlatformAny ? mLast + 1 : mLast;
+    const int64_t place = mDocument->Entries.PlaceOf(identifier, guess);
+    if (place < 0) return std::nullopt;
+    mLast = place;
+    const EntryValue* const value = mDocument->Entries.ValueAt(place).Find(platform);
+    if (!value) return std::nullopt;
+    return Found{place, *value};
+}
+
+void TranslationImport::TakeInto(const Found& found, int64_t platform, const ImportedRow& row,
+                                 StringView expected) {
+    if (row.Default != expected) {
+        Remark(row.Key, "default text differs");
+        if (mStrict) return Skip();
+    }
+    if (found.Value.Localized.View() == row.Translation) {
+        ++mUnchanged;
+        return;
+    }
+    ++mChanged;
+    const SharedText identifier = mDocument->Entries.KeyAt(found.Place);
+    const SharedText original = found.Value.Original;
+    mDocument->StoreEntry(platform, identifier, original, SharedText(row.Translation), found.Place);
+}
+
+void TranslationImport::TakeUnknown(StringView key) {
+    ++mUnknown;
+    Remark(key, "unknown");
+}
+
+/// A key stays on its line.
+void TranslationImport::Remark(StringView key, StringView what) {
+    constexpr StringView breaks = "\t\r\n";
+    mRemarks += key.find_first_of(breaks) == StringView::npos ? String(key) : EscapeCStyle(key);
+    mRemarks.append(": ").append(what).append("\n");
+}
+
+String TranslationImport::Report() const {
+    return std::to_string(mChanged) + " changed, " + std::to_string(mUnchanged) + " unchanged, " +
+           std::to_string(mUnknown) + " unknown, " + std::to_string(mSkipped) + " skipped\n";
+}
+
+}  // namespace sorbel

@@ -1,0 +1,91 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <new>
+
+#include "exchange/Commands.h"
+#include "exchange/ExchangeError.h"
+#include "exchange/Output.h"
+#include "platform/FileSizeSignal.h"
+#include "platform/SpecialFolder.h"
+#include "shell/FileTypes1.h"
+
+namespace {
+
+using namespace sorbel;
+
+/// The data folder of the installed program, or that of the build tree for a program that was only built.
+void FindResources() {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    const fs::path installed = program.parent_path().parent_path() / "share/sorbel/Resources";
+    SpecialFolder::SetResources(fs::is_directory(installed, error) ? installed.native()
+                                                                   : SORBEL_BUILD_RESOURCES);
+}
+
+String Help() {
+    String text =
+        "Carries locale files into the formats of other translation tools, and back.\n\n"
+        "usage:\n";
+    for (const Command& command : Commands()) {
+        String line = "  sorbel-exchange " + String(command.Name) + " " + String(command.Operands);
+        line.resize(std::max(line.size() + 2, size_t{48}), ' ');
+        text += line + String(command.Summary) + "\n";
+    }
+    return text +
+           "  sorbel-exchange --help | --version\n\n"
+           "  -o, --output OUT            another locale file to write instead of LOCALE\n"
+           "  --to, --from FORMAT         po, pot, xlf, xliff, tsv or csv, whatever the name;\n"
+           "                              OUT or IN may then be \"-\"\n"
+           "  --source-language LANGUAGE  of the default texts in XLIFF; en if not told\n"
+           "  --lossy                     leave out rows that the format can't hold\n"
+           "  --strict                    leave out rows whose default text differs\n\n"
+           "Exit status: 0 done, 1 findings of check, 2 wrong use, 3 a file that can't be read,\n"
+           "written or understood.\n";
+}
+
+int RunCommand(const std::vector<String>& words) {
+    const auto found = std::ranges::find(Commands(), StringView(words[0]), &Command::Name);
+    if (found == Commands().end()) throw WrongUse(words[0] + ": no such command");
+    const Arguments arguments(words, found->Options);
+    const size_t count = arguments.Operands().size();
+    if (count < found->LeastOperands || count > found->MostOperands)
+        throw WrongUse("usage: sorbel-exchange " + words[0] + " " + String(found->Operands));
+    return found->Run(arguments);
+}
+
+int Run(const std::vector<String>& words) {
+    if (words.empty()) throw WrongUse("no command");
+    if (words[0] != "--help" && words[0] != "--version") return RunCommand(words);
+    if (words.size() > 1) throw WrongUse(words[1] + ": nothing may follow " + words[0]);
+    WriteAll(STDOUT_FILENO, words[0] == "--help" ? Help() : "sorbel-exchange " SORBEL_VERSION "\n");
+    return Done;
+}
+
+/// A failure to tell of a failure changes nothing any more.
+int Fail(const String& message, ExitStatus status) {
+    try {
+        WriteAll(STDERR_FILENO, "sorbel-exchange: " + message + "\n");
+    } catch (const IOException&) {
+    }
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    SurviveFileSizeLimit();
+    _InitFileTypes();
+    FindResources();
+    try {
+        return Run({argv + 1, argv + argc});
+    } catch (const WrongUse& wrong) {
+        return Fail(wrong.Message() + "\nTry sorbel-exchange --help.", WrongUseStatus);
+    } catch (const RuntimeException& failure) {
+        return Fail(failure.Message(), BadFile);
+    } catch (const std::bad_alloc&) {
+        return Fail("not enough memory", BadFile);
+    }
+}
