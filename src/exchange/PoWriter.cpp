@@ -23,14 +23,13 @@ void AppendText(StringView keyword, StringView text, String& to) {
     to += "\"\n";
 }
 
-void AppendHeader(const Rows& rows, StringView name, bool isTemplate, String& to) {
+void AppendHeader(const Rows& rows, StringView name, String& to) {
     const LocalizedStringSet& set = rows.Set();
     const String date = set.DateGenerated ? Left(set.DateGenerated->SQLDateTime(), 16) + "+0000" : "";
-    String header = "Project-Id-Version: " + String(name) + "\n";
-    header += isTemplate ? "POT-Creation-Date: " : "PO-Revision-Date: ";
-    header += date + "\nLast-Translator: \nLanguage-Team: \nLanguage: " + (isTemplate ? "" : set.Language) +
-              "\nMIME-Version: 1.0\nContent-Type: text/plain; charset=UTF-8\n"
-              "Content-Transfer-Encoding: 8bit\nX-Generator: sorbel-exchange\n";
+    const String header = "Project-Id-Version: " + String(name) + "\nPO-Revision-Date: " + date +
+                          "\nLast-Translator: \nLanguage-Team: \nLanguage: " + set.Language +
+                          "\nMIME-Version: 1.0\nContent-Type: text/plain; charset=UTF-8\n"
+                          "Content-Transfer-Encoding: 8bit\nX-Generator: sorbel-exchange\n";
     AppendText("msgid", "", to);
     AppendText("msgstr", header, to);
 }
@@ -38,7 +37,7 @@ void AppendHeader(const Rows& rows, StringView name, bool isTemplate, String& to
 }  // namespace
 
 void WritePo(const Rows& rows, StringView name, bool isTemplate, Output& output) {
-    AppendHeader(rows, name, isTemplate, output.Text());
+    AppendHeader(rows, name, output.Text());
     String key;
     rows.ForEach([&](const Row& row) {
         String& text = output.Text();
