@@ -17,11 +17,14 @@ class Input {
     /// Bytes in memory, which must outlive this.
     static Input Of(StringView bytes);
 
+    /// Whatever a function gives that does as `Read`.
+    using Reader = std::function<size_t(char*, size_t)>;
+    static Input By(Reader read) { return Input(std::move(read)); }
+
     /// Puts up to `size` bytes to `to` and returns how many; 0 at the end. Fails with IOException.
     size_t Read(char* to, size_t size) { return mRead(to, size); }
 
   private:
-    using Reader = std::function<size_t(char*, size_t)>;
     explicit Input(Reader read) : mRead(std::move(read)) {}
 
     Reader mRead;

@@ -32,7 +32,9 @@ class XmlParser {
         calls.entityDecl = EntityDeclaration;
         mContext.reset(xmlCreatePushParserCtxt(&calls, this, nullptr, 0, nullptr));
         if (!mContext) throw std::bad_alloc();
-        xmlCtxtUseOptions(mContext.get(), XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
+        // NOENT: without it an "&amp;" in an attribute stays one. No other entity is ever known here.
+        xmlCtxtUseOptions(mContext.get(),
+                          XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
     }
     XmlParser(const XmlParser&) = delete;
     XmlParser& operator=(const XmlParser&) = delete;
@@ -40,12 +42,15 @@ class XmlParser {
     void Parse(Input& input) {
         constexpr size_t pieceSize = size_t{1} << 16;
         std::vector<char> piece(pieceSize);
-        for (size_t size = 1; size > 0;) {
-            size = input.Read(piece.data(), piece.size());
+        size_t size = input.Read(piece.data(), piece.size());
+        if (size == 0) throw FormatError("the file is empty", 0);
+        for (bool more = true; more;) {
+            more = size > 0;
             const int error =
-                xmlParseChunk(mContext.get(), piece.data(), static_cast<int>(size), size == 0 ? 1 : 0);
+                xmlParseChunk(mContext.get(), piece.data(), static_cast<int>(size), more ? 0 : 1);
             if (mFailure) std::rethrow_exception(mFailure);
             if (error != 0 && !mContext->wellFormed) FailAtLastError();
+            size = input.Read(piece.data(), piece.size());
         }
     }
 
