@@ -25,12 +25,12 @@ for group in "$@"; do
     case $group in
         build)
             packages+=(g++ cmake ninja-build python3 qt6-base-dev libicu-dev libpng-dev
-                nlohmann-json3-dev libgtest-dev fonts-dejavu-core pkg-config libhunspell-dev libxxhash-dev)
+                libxml2-dev nlohmann-json3-dev libgtest-dev fonts-dejavu-core pkg-config libhunspell-dev libxxhash-dev)
             ;;
         check)
             packages+=(gettext gnustep-base-runtime python3-polib
                 appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon)
-            optional+=("$formatter")
+            optional+=("$formatter" qt6-l10n-tools translate-toolkit)
             ;;
         # A virtual screen, and what uses the program on it.
         screen) packages+=(xvfb xauth openbox xdotool imagemagick xclip) ;;
