@@ -144,10 +144,32 @@ def scripts():
             yield file.read()
 
 
+PO = (
+    b'msgid ""\nmsgstr "Content-Type: text/plain; charset=UTF-8\\n"\n\nmsgctxt "a"\nmsgid "A"\nmsgstr "\\x41\\102"\n',
+    b'#. c\r\n#, fuzzy\r\nmsgctxt "a|Linux"\r\nmsgid ""\r\n"A"\r\nmsgstr "x\\n"\r\n"y"\r\n#~ msgid "o"\n#~ msgstr ""',
+    b'msgctxt "a\\\\|b\\\\\\\\c|7"\nmsgid "x"\nmsgid_plural "y"\nmsgstr[0] "p"\nmsgctxt ""\nmsgid "d\\n"\nmsgstr "t"',
+    b'msgctxt "a\\\\|b\\\\\\\\c|7"\nmsgid "a\\\\|b\\\\\\\\c|7"\nmsgstr "\\"\\t\\\\"\n')
+XLIFF = (
+    b'<xliff version="1.2" xmlns="urn:oasis:names:tc:xliff:document:1.2"><file><body><group><trans-unit id="a">'
+    b'<source>A</source><target state="final">b <g id="1">c</g><x id="2" equiv-text="d"/>&amp;&#13;<![CDATA[<]]>'
+    b'</target><alt-trans><target>no</target></alt-trans></trans-unit></group></body></file></xliff>',
+    b'<!DOCTYPE xliff [<!ENTITY e "x">]><xliff version="1.2"><trans-unit id="a"><target>&e;</target></trans-unit>'
+    b'</xliff>',
+    b'<xliff version="1.0"><trans-unit id="a|Linux"><source>A</source><target state="new">x</target></trans-unit>'
+    b'<trans-unit id=""><source/><target> t </target><!-- c --></trans-unit></xliff>')
+TABLES = (
+    b'identifier,platform,default,translation\r\na,Any,A,"x ""y"",\r\nz"\r\n"a",linux,A,\r\na|b\\c,7,,7\r\n'
+    b'\r\n,Any,"d\n",',
+    b'\xef\xbb\xbfa\tAny\tA\t\\n\\q\\\na\tLINUX\tA\ty\r\n\tAny\td\\n\t\nb\tAny\t\t\na\t\t\t',
+    b'identifier,platform,default,translation\na,BeOS,A,x\na,Any,A\n')
+
+
 SEEDS = {
     "locale_reader": locales, "text_locale": texts, "import_undo": imports, "exports": locales,
     "word_comparison": comparisons, "search": searches, "window": windows,
     "script_compile": scripts, "script_run": scripts,
+    "exchange_po": lambda: (*PO, *locales()), "exchange_xliff": lambda: (*XLIFF, *locales()),
+    "exchange_tables": lambda: (*TABLES, *locales()),
 }
 
 

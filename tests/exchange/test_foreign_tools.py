@@ -99,7 +99,8 @@ class ForeignTools(ExchangeCase):
         self.assertIn("doublespacing", text)
         self.assertNotIn("Open %1", text)
         self.target("out.po").write_text(text.replace("Öffne  es", "Öffne es"))
-        self.assertEqual(self.bring_back(self.target("out.po")), (report(changed=1, unchanged=1), {("bad", 0): "Öffne es"}))
+        self.assertEqual(self.bring_back(self.target("out.po")),
+                         (report(changed=1, unchanged=1), {("bad", 0): "Öffne es"}))
 
     @needs("lconvert", LCONVERT)
     def test_lconvert(self):
