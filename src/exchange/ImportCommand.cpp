@@ -26,10 +26,18 @@ void ReadRows(Format format, Input& input, TranslationImport& import) {
     }
 }
 
-void ReadFileRows(const String& path, Format format, TranslationImport& import) {
+struct Outcome {
+    bool HasChanges;
+    String Report, Remarks;
+};
+
+Outcome ReadFileRows(const String& path, Format format, const std::shared_ptr<LocalizedStringSet>& set,
+                     bool strict) {
     try {
+        TranslationImport import(set, strict);
         Input input = Input::Open(path);
         ReadRows(format, input, import);
+        return {import.HasChanges(), import.Report(), import.Remarks()};
     } catch (const FormatError& error) {
         throw ExchangeError(path, error.Message(), error.Line());
     } catch (const IOException& failure) {
@@ -44,16 +52,15 @@ int ImportCommand(const Arguments& arguments) {
     const String out = arguments.Value("output").value_or(locale);
     const Format format = FormatOf(in, arguments, "from");
     if (format == Format::Pot) throw WrongUse(in + ": a template has no translations to import");
-    const std::shared_ptr<LocalizedStringSet> set = ReadLocale(locale);
-    TranslationImport import(set, arguments.Has("strict"));
-    ReadFileRows(in, format, import);
+    std::shared_ptr<LocalizedStringSet> set = ReadLocale(locale);
+    const Outcome outcome = ReadFileRows(in, format, set, arguments.Has("strict"));
     // Where no text changes, the file keeps every byte, also those that a save would write anew.
-    if (import.HasChanges())
-        SaveLocale(out, set->ToBytes());
+    if (outcome.HasChanges)
+        SaveLocale(out, std::move(set));
     else if (arguments.Has("output"))
-        SaveLocale(out, set->FileBytes().front());
-    WriteAll(STDERR_FILENO, import.Remarks());
-    WriteAll(out == "-" ? STDERR_FILENO : STDOUT_FILENO, import.Report());
+        CopyLocale(out, *set);
+    WriteAll(STDERR_FILENO, outcome.Remarks);
+    WriteAll(out == "-" ? STDERR_FILENO : STDOUT_FILENO, outcome.Report);
     return Done;
 }
 

@@ -39,9 +39,9 @@ std::unique_ptr<ImportChange> ChangesFrom(const String& path,
 
 int MergeCommand(const Arguments& arguments) {
     const String& locale = arguments.Operands()[0];
-    const std::shared_ptr<LocalizedStringSet> set = ReadLocale(locale);
+    std::shared_ptr<LocalizedStringSet> set = ReadLocale(locale);
     ChangesFrom(arguments.Operands()[1], set)->Perform();
-    SaveLocale(arguments.Value("output").value_or(locale), set->ToBytes());
+    SaveLocale(arguments.Value("output").value_or(locale), std::move(set));
     return Done;
 }
 

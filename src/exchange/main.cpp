@@ -15,14 +15,16 @@ namespace {
 
 using namespace sorbel;
 
-/// The data folder of the installed program, or that of the build tree for a program that was only built.
-void FindResources() {
+/// The data folder of the installed program, or that of the build tree for a program that was only built; and
+/// where the program keeps its journals.
+void SetFolders() {
     namespace fs = std::filesystem;
     std::error_code error;
     const fs::path program = fs::read_symlink("/proc/self/exe", error);
     const fs::path installed = program.parent_path().parent_path() / "share/sorbel/Resources";
     SpecialFolder::SetResources(fs::is_directory(installed, error) ? installed.native()
                                                                    : SORBEL_BUILD_RESOURCES);
+    SpecialFolder::SetState(SpecialFolder::UsualState());
 }
 
 String Help() {
@@ -78,7 +80,7 @@ int Fail(const String& message, ExitStatus status) {
 int main(int argc, char** argv) {
     SurviveFileSizeLimit();
     _InitFileTypes();
-    FindResources();
+    SetFolders();
     try {
         return Run({argv + 1, argv + argc});
     } catch (const WrongUse& wrong) {

@@ -49,7 +49,9 @@ class ExchangeCase(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
+        self.folder = pathlib.Path(folder.name) / "files"
+        self.state = pathlib.Path(folder.name) / "state"
+        self.folder.mkdir()
 
     def write(self, name, data):
         path = self.folder / name
@@ -61,7 +63,7 @@ class ExchangeCase(unittest.TestCase):
 
     def run_program(self, *words, status=0, stdin=b"", **options):
         done = subprocess.run([PROGRAM, *map(str, words)], input=stdin, capture_output=True, cwd=self.folder,
-                              timeout=60, **options)
+                              timeout=60, env={**os.environ, "XDG_STATE_HOME": str(self.state)}, **options)
         self.assertEqual(done.returncode, status, done.stderr.decode(errors="replace"))
         return done.stdout.decode(errors="replace"), done.stderr.decode()
 

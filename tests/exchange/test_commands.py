@@ -1,10 +1,12 @@
 """What the commands do with files, and how they end."""
 import os
 import resource
+import shutil
 import stat
+import subprocess
 import unittest
 
-from exchange import ENTRIES, ROWS, TRANSLATED, ExchangeCase, locale_file, report, rows_of
+from exchange import ENTRIES, PROGRAM, ROWS, TRANSLATED, ExchangeCase, locale_file, report, rows_of
 
 FORMATS = ("po", "pot", "xlf", "xliff", "tsv", "csv")
 
@@ -71,6 +73,21 @@ class Commands(ExchangeCase):
         self.assertTrue((self.folder / "soft").is_symlink())
         self.assertTrue(os.path.samefile(locale, self.folder / "hard"))
         self.assertEqual(stat.S_IMODE(locale.stat().st_mode), 0o640)
+
+    @unittest.skipUnless(shutil.which("strace"), "strace, which ends the program in the middle, is not installed")
+    def test_a_save_that_was_interrupted_is_completed(self):
+        locale = self.locale()
+        long = locale.stat().st_size
+        self.write("in.csv", "identifier,platform,default,translation\ngreeting,Any,Hello world,H\n")
+        subprocess.run(["strace", "-f", "-qq", "-o", "/dev/null", "-e", "inject=ftruncate:signal=KILL:when=1", PROGRAM,
+                        "import", locale, "in.csv"], cwd=self.folder, timeout=60,
+                       env={**os.environ, "XDG_STATE_HOME": str(self.state)}, stdout=subprocess.DEVNULL)
+        saved = locale_file.to_bytes(locale_file.changed(ENTRIES, "greeting", 0, "H"))
+        self.assertEqual(locale.stat().st_size, long, "it ended before the file was cut to its new length")
+        self.assertTrue(locale.read_bytes().startswith(saved))
+        shown, error = self.run_program("export", locale, "out.po")
+        self.assertIn("is now complete", error)
+        self.assertEqual(locale.read_bytes(), saved)
 
     def test_nothing_is_written_after_an_error(self):
         locale = self.locale()
