@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include "exchange/Commands.h"
 #include "exchange/ExchangeError.h"
 #include "exchange/Format.h"
@@ -58,8 +56,7 @@ int ExportCommand(const Arguments& arguments) {
         throw ExchangeError(out, failure.Message());
     }
     if (rows.LeftOut() > 0)
-        WriteAll(STDERR_FILENO,
-                 "sorbel-exchange: " + locale + ": " + std::to_string(rows.LeftOut()) + " rows left out\n");
+        Tell("sorbel-exchange: " + locale + ": " + std::to_string(rows.LeftOut()) + " rows left out\n");
     return Done;
 }
 

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include "exchange/Commands.h"
 #include "exchange/ExchangeError.h"
 #include "exchange/Format.h"
@@ -59,8 +57,11 @@ int ImportCommand(const Arguments& arguments) {
         SaveLocale(out, std::move(set));
     else if (arguments.Has("output"))
         CopyLocale(out, *set);
-    WriteAll(STDERR_FILENO, outcome.Remarks);
-    WriteAll(out == "-" ? STDERR_FILENO : STDOUT_FILENO, outcome.Report);
+    Tell(outcome.Remarks);
+    if (out == "-")
+        Tell(outcome.Report);
+    else
+        Print(outcome.Report);
     return Done;
 }
 

@@ -1,7 +1,5 @@
 #include "exchange/LocaleFile.h"
 
-#include <unistd.h>
-
 #include "exchange/ExchangeError.h"
 #include "exchange/Output.h"
 #include "journal/LeftJournal.h"
@@ -14,8 +12,7 @@ std::shared_ptr<LocalizedStringSet> ReadLocale(const String& path) {
     const FolderItem file(path);
     try {
         if (CompleteInterruptedSave(file))
-            WriteAll(STDERR_FILENO, "sorbel-exchange: " + path +
-                                        ": its last save had been interrupted and is now complete\n");
+            Tell("sorbel-exchange: " + path + ": its last save had been interrupted and is now complete\n");
         auto set = std::make_shared<LocalizedStringSet>();
         if (set->ReadBytes(ReadContents(file))) return set;
     } catch (const RuntimeException& failure) {
@@ -27,7 +24,7 @@ std::shared_ptr<LocalizedStringSet> ReadLocale(const String& path) {
 void SaveLocale(const String& path, std::shared_ptr<LocalizedStringSet> document) {
     try {
         if (path == "-")
-            WriteAll(STDOUT_FILENO, document->ToBytes());
+            Print(document->ToBytes());
         else
             SaveSafely(std::move(document), FolderItem(path));
     } catch (const IOException& failure) {
@@ -39,7 +36,7 @@ void CopyLocale(const String& path, const LocalizedStringSet& document) {
     const StringView bytes = document.FileBytes().front();
     try {
         if (path == "-")
-            WriteAll(STDOUT_FILENO, bytes);
+            Print(bytes);
         else
             WriteContents(FolderItem(path), bytes);
     } catch (const IOException& failure) {

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include "exchange/Commands.h"
 #include "exchange/ExchangeError.h"
 #include "exchange/LocaleFile.h"
@@ -15,8 +13,8 @@ namespace {
 /// The window asks which language to use; its first answer, the document's own, is taken here.
 void TellLanguage(const String& path, const LocalizedStringSet& imported, const LocalizedStringSet& set) {
     if (Equal(imported.Language, set.Language)) return;
-    WriteAll(STDERR_FILENO, "sorbel-exchange: " + path + ": its language is \"" + imported.Language +
-                                "\"; \"" + set.Language + "\" stays\n");
+    Tell("sorbel-exchange: " + path + ": its language is \"" + imported.Language + "\"; \"" + set.Language +
+         "\" stays\n");
 }
 
 std::unique_ptr<ImportChange> ChangesFrom(const String& path,

@@ -3,11 +3,20 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "exchange/ExchangeError.h"
 #include "platform/FileDescriptor.h"
 
 namespace sorbel {
 
 namespace {
+
+void WriteAll(int descriptor, StringView bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = Uninterrupted([&] { return write(descriptor, bytes.data(), bytes.size()); });
+        if (count < 0) ThrowSystemError(errno);
+        bytes.remove_prefix(static_cast<size_t>(count));
+    }
+}
 
 /// The mode that the file has, or that a new one gets.
 mode_t ModeOf(const String& path) {
@@ -67,11 +76,18 @@ void Output::Flush() {
     mText.clear();
 }
 
-void WriteAll(int descriptor, StringView bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = Uninterrupted([&] { return write(descriptor, bytes.data(), bytes.size()); });
-        if (count < 0) ThrowSystemError(errno);
-        bytes.remove_prefix(static_cast<size_t>(count));
+void Print(StringView text) {
+    try {
+        WriteAll(STDOUT_FILENO, text);
+    } catch (const IOException& failure) {
+        throw ExchangeError("standard output", failure.Message());
+    }
+}
+
+void Tell(StringView text) {
+    try {
+        WriteAll(STDERR_FILENO, text);
+    } catch (const IOException&) {
     }
 }
 

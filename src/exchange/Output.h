@@ -38,7 +38,9 @@ class Output {
 /// IOException.
 void WriteOutput(const String& path, const std::function<void(Output&)>& write);
 
-/// To standard output or standard error. Fails with IOException.
-void WriteAll(int descriptor, StringView bytes);
+/// To standard output. Fails with ExchangeError.
+void Print(StringView text);
+/// To standard error; where that is closed nobody wants to know.
+void Tell(StringView text);
 
 }  // namespace sorbel

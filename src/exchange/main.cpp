@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <new>
@@ -62,16 +60,12 @@ int Run(const std::vector<String>& words) {
     if (words.empty()) throw WrongUse("no command");
     if (words[0] != "--help" && words[0] != "--version") return RunCommand(words);
     if (words.size() > 1) throw WrongUse(words[1] + ": nothing may follow " + words[0]);
-    WriteAll(STDOUT_FILENO, words[0] == "--help" ? Help() : "sorbel-exchange " SORBEL_VERSION "\n");
+    Print(words[0] == "--help" ? Help() : "sorbel-exchange " SORBEL_VERSION "\n");
     return Done;
 }
 
-/// A failure to tell of a failure changes nothing any more.
 int Fail(const String& message, ExitStatus status) {
-    try {
-        WriteAll(STDERR_FILENO, "sorbel-exchange: " + message + "\n");
-    } catch (const IOException&) {
-    }
+    Tell("sorbel-exchange: " + message + "\n");
     return status;
 }
 

@@ -8,6 +8,8 @@ import unittest
 
 from exchange import ENTRIES, PROGRAM, ROWS, TRANSLATED, ExchangeCase, locale_file, report, rows_of
 
+STRACE_WORKS = shutil.which("strace") and subprocess.run(["strace", "-o", "/dev/null", "true"],
+                                                         capture_output=True).returncode == 0
 FORMATS = ("po", "pot", "xlf", "xliff", "tsv", "csv")
 
 
@@ -74,7 +76,7 @@ class Commands(ExchangeCase):
         self.assertTrue(os.path.samefile(locale, self.folder / "hard"))
         self.assertEqual(stat.S_IMODE(locale.stat().st_mode), 0o640)
 
-    @unittest.skipUnless(shutil.which("strace"), "strace, which ends the program in the middle, is not installed")
+    @unittest.skipUnless(STRACE_WORKS, "strace, which ends the program in the middle, does not work here")
     def test_a_save_that_was_interrupted_is_completed(self):
         locale = self.locale()
         long = locale.stat().st_size
@@ -105,6 +107,9 @@ class Commands(ExchangeCase):
         self.write("broken", before[:-3])
         self.assertEqual(self.refused("export", "broken", "out.po"), "broken: not a valid locale file")
         self.refused("export", "none", "out.po")
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([PROGRAM, "export", locale, "-", "--to", "po"], stdout=full, stderr=subprocess.PIPE)
+        self.assertEqual((done.returncode, done.stderr), (3, b"sorbel-exchange: -: No space left on device\n"))
         self.assertIn("none/out.po: ", self.refused("export", locale, "none/out.po"))
         self.write("out.po", "old")
         small = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (200, 200))}
