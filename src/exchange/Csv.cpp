@@ -120,7 +120,7 @@ void TakeRecord(const RecordReader& record, String& key, TranslationImport& impo
         RowKey(record[0], *platform, key);
     else
         key = String(record[0]) + "|" + String(record[1]);
-    import.Take(record[0], platform, {key, record[2], record[3]});
+    import.Take(record[0], platform, {key, record[2], record[3]}, {.LosesLineEnds = true});
 }
 
 }  // namespace

@@ -190,7 +190,7 @@ class PoReader {
         if (!IsXmlText(mContext) || !IsXmlText(mId) || !IsXmlText(mText))
             throw FormatError("bytes that are not UTF-8, or a control character, in the entry", mIdLine);
         if (!mHasContext) return mImport.TakeUnknown(mId);
-        mImport.Take({mContext, mId, mText}, EmptyDefault::AsKey);
+        mImport.Take({mContext, mId, mText}, {.EmptyDefaultIsKey = true});
     }
 
     void RequireUtf8() const {

@@ -4,19 +4,27 @@
 
 namespace sorbel {
 
-void TranslationImport::Take(const ImportedRow& row, EmptyDefault emptyDefault) {
-    const std::optional<KeyedRow> keyed = RowOfKey(row.Key, mRoom);
-    const std::optional<Found> found = keyed ? Find(keyed->Identifier, keyed->Platform) : std::nullopt;
-    if (!found) return TakeUnknown(row.Key);
-    const StringView original = found->Value.Original;
-    const bool isKey = original.empty() && emptyDefault == EmptyDefault::AsKey;
-    TakeInto(*found, keyed->Platform, row, isKey ? row.Key : original);
+namespace {
+
+bool IsSame(StringView text, StringView imported, TextForm form) {
+    if (text == imported) return true;
+    if (!form.LosesLineEnds || text.find('\r') == StringView::npos) return false;
+    return ReplaceLineEndings(text, "\n") == imported || ReplaceAll(text, "\r", "") == imported;
 }
 
-void TranslationImport::Take(StringView identifier, std::optional<int64_t> platform, const ImportedRow& row) {
+}  // namespace
+
+void TranslationImport::Take(const ImportedRow& row, TextForm form) {
+    const std::optional<KeyedRow> keyed = RowOfKey(row.Key, mRoom);
+    if (!keyed) return TakeUnknown(row.Key);
+    Take(keyed->Identifier, keyed->Platform, row, form);
+}
+
+void TranslationImport::Take(StringView identifier, std::optional<int64_t> platform, const ImportedRow& row,
+                             TextForm form) {
     const std::optional<Found> found = platform ? Find(identifier, *platform) : std::nullopt;
     if (!found) return TakeUnknown(row.Key);
-    TakeInto(*found, *platform, row, found->Value.Original);
+    TakeInto(*found, *platform, row, form);
 }
 
 /// The first row of an identifier follows the identifier before, the others its own first one.
@@ -31,19 +39,21 @@ std::optional<TranslationImport::Found> TranslationImport::Find(StringView ident
 }
 
 void TranslationImport::TakeInto(const Found& found, int64_t platform, const ImportedRow& row,
-                                 StringView expected) {
-    if (row.Default != expected) {
+                                 TextForm form) {
+    const StringView original = found.Value.Original;
+    const StringView expected = original.empty() && form.EmptyDefaultIsKey ? row.Key : original;
+    if (!IsSame(expected, row.Default, form)) {
         Remark(row.Key, "default text differs");
         if (mStrict) return Skip();
     }
-    if (found.Value.Localized.View() == row.Translation) {
+    if (IsSame(found.Value.Localized, row.Translation, form)) {
         ++mUnchanged;
         return;
     }
     ++mChanged;
     const SharedText identifier = mDocument->Entries.KeyAt(found.Place);
-    const SharedText original = found.Value.Original;
-    mDocument->StoreEntry(platform, identifier, original, SharedText(row.Translation), found.Place);
+    const SharedText unchanged = found.Value.Original;
+    mDocument->StoreEntry(platform, identifier, unchanged, SharedText(row.Translation), found.Place);
 }
 
 void TranslationImport::TakeUnknown(StringView key) {

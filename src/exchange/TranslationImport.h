@@ -15,8 +15,13 @@ struct ImportedRow {
     StringView Default, Translation;
 };
 
-/// How a format writes a default text that is empty.
-enum class EmptyDefault { AsItIs, AsKey };
+/// What becomes of texts in a format.
+struct TextForm {
+    bool EmptyDefaultIsKey = false;
+    /// Tools that work with it are known to make every line end an LF, or to drop the CRs, so that such a
+    /// text is no other one.
+    bool LosesLineEnds = false;
+};
 
 /// Takes translations over into a document: those of rows that exist, nothing else. Only texts that differ
 /// are changed.
@@ -26,10 +31,10 @@ class TranslationImport {
     TranslationImport(std::shared_ptr<LocalizedStringSet> document, bool strict)
         : mDocument(std::move(document)), mStrict(strict) {}
 
-    void Take(const ImportedRow& row, EmptyDefault emptyDefault = EmptyDefault::AsItIs);
+    void Take(const ImportedRow& row, TextForm form);
     /// The same for a format with the identifier and the platform in fields of their own. No platform: none
     /// that there is.
-    void Take(StringView identifier, std::optional<int64_t> platform, const ImportedRow& row);
+    void Take(StringView identifier, std::optional<int64_t> platform, const ImportedRow& row, TextForm form);
     /// A row that cannot be one of the document's; `key` is what to call it.
     void TakeUnknown(StringView key);
     /// An entry that brings nothing.
@@ -47,7 +52,7 @@ class TranslationImport {
         const EntryValue& Value;
     };
     [[nodiscard]] std::optional<Found> Find(StringView identifier, int64_t platform);
-    void TakeInto(const Found& found, int64_t platform, const ImportedRow& row, StringView expected);
+    void TakeInto(const Found& found, int64_t platform, const ImportedRow& row, TextForm form);
     void Remark(StringView key, StringView what);
 
     std::shared_ptr<LocalizedStringSet> mDocument;

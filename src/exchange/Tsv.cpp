@@ -67,7 +67,7 @@ void ReadTsv(Input& input, TranslationImport& import) {
         else
             key = String(line.Fields[0]) + "|" + String(word);
         import.Take(line.Fields[0], platform,
-                    {key, Decoded(line.Fields[2], original), Decoded(line.Fields[3], translation)});
+                    {key, Decoded(line.Fields[2], original), Decoded(line.Fields[3], translation)}, {});
     }
 }
 

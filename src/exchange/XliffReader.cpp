@@ -81,7 +81,7 @@ class XliffReader final : public XmlHandler {
 
     void EndUnit() {
         if (!mIsUsable || mTarget.empty()) return mImport.Skip();
-        mImport.Take({mKey, mSource, mTarget});
+        mImport.Take({mKey, mSource, mTarget}, {.LosesLineEnds = true});
     }
 
     [[nodiscard]] bool IsIgnoring() const { return mIgnoredDepth >= 0; }

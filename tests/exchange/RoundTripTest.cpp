@@ -44,6 +44,21 @@ TEST(ExchangeRoundTrip, BringsEveryTextBackByteForByte) {
     }
 }
 
+TEST(ExchangeRoundTrip, LineEndsThatOtherToolsLoseAreNoChange) {
+    const auto set = std::make_shared<LocalizedStringSet>();
+    set->AddEntry(PlatformAny, "a", "one\r\ntwo", "eins\rzwei\n");
+    const Imported same = ImportText(set, ReadXliff, ReplaceAll(ToXliff(*set), "&#13;", "\n"));
+    EXPECT_EQ(same.Remarks, "a: default text differs\n") << "where a CR LF became two";
+    const String lost = "identifier,platform,default,translation\na,Any,\"one\ntwo\",\"eins\nzwei\n\"\n";
+    EXPECT_EQ(ImportText(set, ReadCsv, lost).Report, "0 changed, 1 unchanged, 0 unknown, 0 skipped\n");
+    EXPECT_EQ(ImportText(set, ReadCsv, lost).Remarks, "");
+    EXPECT_EQ(Translation(set, "a"), "eins\rzwei\n");
+    const String text = ToTsv(*set);
+    EXPECT_EQ(ImportText(set, ReadTsv, ReplaceAll(text, "\\r", "\\n")).Report,
+              "1 changed, 0 unchanged, 0 unknown, 0 skipped\n")
+        << "an escape is meant";
+}
+
 TEST(ExchangeRoundTrip, DelimitedTextIsTheProgramsOwnAndHoldsAnyBytes) {
     const auto set = std::make_shared<LocalizedStringSet>();
     set->AddEntry(PlatformLinux, "stray", "\xFF\t\x01", "\xC3\n\\");

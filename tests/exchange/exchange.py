@@ -16,6 +16,7 @@ ENTRIES = locale_file.ENTRIES + [
     ["lines", [[0, "one\ntwo\n", "eins\nzwei\n"]]],
     ["bar|and\\slash", [[0, "say \"q\"\t<b>&amp;</b> \\n", "sag „q“\t<b>&amp;</b> \\n"]]],
     ["order", [[2, "Windows", "Fenster"], [0, "Any", "Alle"], [7, "Seven", "Sieben"]]],
+    ["ends", [[0, "old\rends\r\n", "alte\rEnden\r\n"]]],
     ["Größe", [[0, "size", "日本 \U0001F600"]]],
 ]
 ROWS = sum(len(platforms) for _, platforms in ENTRIES)
