@@ -26,10 +26,11 @@ void AppendText(StringView keyword, StringView text, String& to) {
 void AppendHeader(const Rows& rows, StringView name, String& to) {
     const LocalizedStringSet& set = rows.Set();
     const String date = set.DateGenerated ? Left(set.DateGenerated->SQLDateTime(), 16) + "+0000" : "";
-    const String header = "Project-Id-Version: " + String(name) + "\nPO-Revision-Date: " + date +
-                          "\nLast-Translator: \nLanguage-Team: \nLanguage: " + set.Language +
-                          "\nMIME-Version: 1.0\nContent-Type: text/plain; charset=UTF-8\n"
-                          "Content-Transfer-Encoding: 8bit\nX-Generator: sorbel-exchange\n";
+    const String header =
+        "Project-Id-Version: " + String(name) + "\nPO-Revision-Date: " + date +
+        "\nLast-Translator: \nLanguage-Team: \nLanguage: " + (IsXmlText(set.Language) ? set.Language : "") +
+        "\nMIME-Version: 1.0\nContent-Type: text/plain; charset=UTF-8\n"
+        "Content-Transfer-Encoding: 8bit\nX-Generator: sorbel-exchange\n";
     AppendText("msgid", "", to);
     AppendText("msgstr", header, to);
 }
