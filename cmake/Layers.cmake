@@ -21,6 +21,7 @@ if(SORBEL_SANITIZE)
     target_compile_options(sorbel_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
   endif()
 endif()
+include(cmake/Hardening.cmake)
 if(SORBEL_FUZZ)
   # All code tells the fuzzer where it has been; only its targets bring its `main`.
   target_compile_options(sorbel_options INTERFACE -fsanitize=fuzzer-no-link)
