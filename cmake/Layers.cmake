@@ -1,7 +1,5 @@
 # Compiler settings that every target shares, and one library for each folder of src/.
 
-include(GNUInstallDirs)
-
 add_library(sorbel_options INTERFACE)
 target_compile_options(sorbel_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual $<$<BOOL:${SORBEL_WERROR}>:-Werror>)

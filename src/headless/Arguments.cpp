@@ -12,6 +12,7 @@ const char* const Usage =
     "usage: sorbel-headless [--documents DIR] [--resources DIR] [--state DIR] [--now \"2026-01-31 "
     "12:00:00\"] "
     "[--locale en_US]\n"
+    "       sorbel-headless --help | --version\n"
     "Reads one JSON object a line and answers each with one.\n";
 
 namespace {
@@ -65,8 +66,7 @@ std::optional<Arguments> ParseArguments(const std::vector<String>& words) {
 String DefaultResources() {
     std::error_code failure;
     const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", failure);
-    const std::filesystem::path installed = program.parent_path().parent_path() / "share/sorbel/Resources";
-    return std::filesystem::is_directory(installed, failure) ? installed.string() : SORBEL_RESOURCES;
+    return program.parent_path().parent_path() / "share/sorbel/Resources";
 }
 
 }  // namespace sorbel::headless

@@ -22,7 +22,7 @@ extern const char* const Usage;
 /// Nothing if the arguments, without the program's name, are not as `Usage` says.
 [[nodiscard]] std::optional<Arguments> ParseArguments(const std::vector<String>& words);
 
-/// The folder of the icons: that of the installed program, else that of the source tree.
+/// The folder of the icons, which lies beside that of the program, installed or only built.
 [[nodiscard]] String DefaultResources();
 
 }  // namespace sorbel::headless

@@ -42,10 +42,23 @@ void SetUp(const Arguments& arguments, HeadlessClock& clock) {
     SpecialFolder::SetResources(arguments.Resources.empty() ? DefaultResources() : arguments.Resources);
 }
 
+/// The status to end with if all that is asked for is a text on the standard output.
+std::optional<int> AnswerWord(StringView word) {
+    if (word == "--help")
+        std::cout << Usage << std::flush;
+    else if (word == "--version")
+        std::cout << "sorbel-headless " SORBEL_VERSION << std::endl;
+    else
+        return std::nullopt;
+    return std::cout ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 }  // namespace
 
 int main(int count, char** words) {
     SurviveFileSizeLimit();
+    if (count == 2)
+        if (const std::optional<int> status = AnswerWord(words[1])) return *status;
     std::optional<Arguments> arguments = ParseArguments({words + 1, words + count});
     if (!arguments) {
         std::cerr << Usage;

@@ -12,12 +12,11 @@
 
 namespace {
 
-/// The data folder of the installed program, or that of the build tree for a program that was only built.
+/// The data folder lies beside that of the program, in the build tree as in an installed one.
 void SetFolders() {
-    const QDir installed(QCoreApplication::applicationDirPath() +
+    const QDir resources(QCoreApplication::applicationDirPath() +
                          QStringLiteral("/../share/sorbel/Resources"));
-    sorbel::SpecialFolder::SetResources(installed.exists() ? sorbel::FromQt(installed.absolutePath())
-                                                           : SORBEL_BUILD_RESOURCES);
+    sorbel::SpecialFolder::SetResources(sorbel::FromQt(resources.absolutePath()));
     sorbel::SpecialFolder::SetDocuments(
         sorbel::FromQt(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)));
     sorbel::SpecialFolder::SetState(sorbel::SpecialFolder::UsualState());

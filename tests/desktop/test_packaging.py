@@ -54,6 +54,23 @@ class Installed(unittest.TestCase):
         self.assertTrue(os.access(service["Exec"], os.X_OK))
         self.assertTrue((self.share / "sorbel" / "Resources" / "OptionsMenu.png").exists())
 
+    def test_components_are_complete_and_no_more(self):
+        resources = "share/sorbel/Resources/de.strings"
+        all_of_it = {
+            "bin/sorbel", "bin/sorbel-headless", resources, "share/man/man1/sorbel.1",
+            "share/man/man1/sorbel-headless.1", "share/applications/%s.desktop" % ID, "share/doc/sorbel/scripting.md",
+            "share/doc/sorbel/examples/Notizbuch.kestrum_locale",
+            "share/doc/sorbel/examples/scripts/Statistics.sorbel_script"}
+        self.assertEqual({path for path in all_of_it if (self.prefix / path).exists()}, all_of_it)
+        for component, has in (
+                ("program", {"bin/sorbel", resources, "share/man/man1/sorbel.1",
+                             "share/applications/%s.desktop" % ID}),
+                ("headless", {"bin/sorbel-headless", resources, "share/man/man1/sorbel-headless.1"}),
+                ("documentation", {path for path in all_of_it if path.startswith("share/doc/")})):
+            prefix = self.prefix / component
+            run("cmake", "--install", os.environ["SORBEL_BUILD"], "--prefix", str(prefix), "--component", component)
+            self.assertEqual({path for path in all_of_it if (prefix / path).exists()}, has, component)
+
     def test_files_are_known_by_content_and_name(self):
         run("update-mime-database", self.share / "mime")
         known = self.content("applications/%s.desktop" % ID)["Desktop Entry"]["MimeType"].split(";")
