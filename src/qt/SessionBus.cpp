@@ -21,13 +21,6 @@ const QString Path = QStringLiteral("/org/sorbel/Sorbel");
 const QString Interface = QStringLiteral("org.freedesktop.Application");
 const char* const ActivationToken = "XDG_ACTIVATION_TOKEN";
 
-/// What is no local file is taken for a path, and opening it tells that it could not be opened.
-std::shared_ptr<FolderItem> FileAt(const QString& uri) {
-    const String address = FromQt(uri);
-    const std::shared_ptr<FolderItem> file = FileFromUri(address);
-    return file ? file : std::make_shared<FolderItem>(address);
-}
-
 /// What lets the running program come to the front in place of the one that was started.
 QVariantMap PlatformData() {
     const QString token = qEnvironmentVariable(ActivationToken);
@@ -123,7 +116,7 @@ void SessionBus::Activate(const QVariantMap& platformData) {
 void SessionBus::Open(const QStringList& uris, const QVariantMap& platformData) {
     Files files;
     for (const QString& uri : uris)
-        files.push_back(FileAt(uri));
+        files.push_back(FileFromWord(FromQt(uri)));
     Serve(platformData, [this, files] { OpenOrStart(files); });
 }
 

@@ -29,6 +29,9 @@ namespace sorbel {
 [[nodiscard]] String ToUri(const FolderItem& file);
 /// Null for what is not a file of this machine.
 [[nodiscard]] std::shared_ptr<FolderItem> FileFromUri(StringView uri);
+/// By an address or a path. What is the address of no file of this machine is taken for a path, and opening
+/// it tells that it could not be opened.
+[[nodiscard]] std::shared_ptr<FolderItem> FileFromWord(StringView word);
 /// The files of this machine in a list with a line for each, as one drops them.
 [[nodiscard]] std::vector<std::shared_ptr<FolderItem>> FilesFromUriList(StringView list);
 

@@ -63,6 +63,11 @@ std::shared_ptr<FolderItem> FileFromUri(StringView uri) {
     return path.starts_with('/') ? std::make_shared<FolderItem>(Decoded(path)) : nullptr;
 }
 
+std::shared_ptr<FolderItem> FileFromWord(StringView word) {
+    std::shared_ptr<FolderItem> file = FileFromUri(word);
+    return file ? file : std::make_shared<FolderItem>(word);
+}
+
 std::vector<std::shared_ptr<FolderItem>> FilesFromUriList(StringView list) {
     std::vector<std::shared_ptr<FolderItem>> files;
     list = list.substr(0, list.find('\0'));  // some put one at the end

@@ -3,10 +3,12 @@
 
 #include "platform/FileSizeSignal.h"
 #include "platform/SpecialFolder.h"
+#include "qt/CommandLine.h"
 #include "qt/Desktop.h"
 #include "qt/DesktopAppearance.h"
 #include "qt/QtBackend.h"
 #include "qt/SessionBus.h"
+#include "qt/StartMessages.h"
 #include "qt/Text.h"
 #include "shell/Start.h"
 
@@ -22,23 +24,23 @@ void SetFolders() {
     sorbel::SpecialFolder::SetState(sorbel::SpecialFolder::UsualState());
 }
 
-/// By the bytes of the command line, since a name need not be text.
-sorbel::SessionBus::Files FilesOf(const std::vector<sorbel::String>& words) {
-    sorbel::SessionBus::Files files;
-    for (const sorbel::String& word : words)
-        files.push_back(std::make_shared<sorbel::FolderItem>(word));
-    return files;
+/// The toolkit's application object; without a display the program ends here.
+std::unique_ptr<sorbel::Desktop> MakeDesktop(sorbel::CommandLine& commandLine) {
+    const sorbel::StartMessages messages;
+    return std::make_unique<sorbel::Desktop>(commandLine.ToolkitCount(), commandLine.ToolkitWords());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     sorbel::SurviveFileSizeLimit();
-    const sorbel::Desktop desktop(argc, argv);
+    sorbel::CommandLine commandLine(argc, argv);
+    if (const std::optional<int> status = commandLine.Answer(SORBEL_VERSION)) return *status;
+    const std::unique_ptr<sorbel::Desktop> desktop = MakeDesktop(commandLine);
     QCoreApplication::setApplicationName(QStringLiteral("Sorbel"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SORBEL_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.sorbel.Sorbel"));
-    const sorbel::SessionBus::Files files = FilesOf({argv + 1, argv + argc});
+    const sorbel::SessionBus::Files files = commandLine.Files();
     sorbel::SessionBus bus;
     if (const std::optional<int> status = bus.HandOver(files)) return *status;
     const sorbel::DesktopAppearance appearance(QDBusConnection::sessionBus());
