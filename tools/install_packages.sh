@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing of the Debian packages of some groups.
-# usage: install_packages.sh GROUP...        build, check, screen, faults or fuzz
+# usage: install_packages.sh GROUP...        build, check, screen, faults, fuzz or package
 #        install_packages.sh --formatter     tells which program lays the code out
 set -euo pipefail
 
@@ -28,7 +28,7 @@ for group in "$@"; do
                 libxml2-dev nlohmann-json3-dev libgtest-dev fonts-dejavu-core pkg-config libhunspell-dev libxxhash-dev)
             ;;
         check)
-            packages+=(gettext gnustep-base-runtime python3-polib
+            packages+=(dpkg-dev gettext gnustep-base-runtime python3-polib
                 appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon)
             optional+=("$formatter" qt6-l10n-tools translate-toolkit)
             ;;
@@ -36,6 +36,10 @@ for group in "$@"; do
         screen) packages+=(xvfb xauth openbox xdotool imagemagick xclip) ;;
         # Lets system calls fail one by one; tests/faults does the rest without it.
         faults) packages+=(strace) ;;
+        package)
+            packages+=(build-essential git debhelper fakeroot lintian cmake ninja-build pkgconf python3 qt6-base-dev
+                libicu-dev libpng-dev nlohmann-json3-dev libhunspell-dev libxxhash-dev)
+            ;;
         fuzz)
             if command -v apt-get >/dev/null && [[ -z $(fuzzer_runtime) ]]; then
                 "${as_root[@]}" apt-get update # the names are not known yet
