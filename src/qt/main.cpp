@@ -19,8 +19,9 @@ void SetFolders() {
     const QDir resources(QCoreApplication::applicationDirPath() +
                          QStringLiteral("/../share/sorbel/Resources"));
     sorbel::SpecialFolder::SetResources(sorbel::FromQt(resources.absolutePath()));
-    sorbel::SpecialFolder::SetDocuments(
-        sorbel::FromQt(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)));
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    (void)QDir().mkpath(documents);  // a new home may have none yet, and the scripts want to lie there
+    sorbel::SpecialFolder::SetDocuments(sorbel::FromQt(documents));
     sorbel::SpecialFolder::SetState(sorbel::SpecialFolder::UsualState());
 }
 

@@ -12,7 +12,7 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(ROOT / "tools"))
-from screen import PATIENCE, Screen  # noqa: E402
+from screen import PATIENCE, Screen, wait_for  # noqa: E402
 
 PROGRAM = os.environ["SORBEL"]
 SAMPLE = ROOT / "samples" / "Notizbuch.kestrum_locale"
@@ -54,6 +54,13 @@ class Started(unittest.TestCase):
         plain, dashed, blank = map(self.copy, ("plain.nvl", "--style", "a b.nvl"))
         self.screen.start(PROGRAM, plain.name, blank.as_uri(), "--", dashed.name, cwd=self.screen.home)
         self.screen.wait_for_windows(plain.name, dashed.name, blank.name)
+
+    def test_an_empty_home_gets_the_sample_scripts(self):
+        document = self.copy("first.nvl")
+        self.assertFalse((self.screen.home / "Documents").exists())
+        self.screen.start(PROGRAM, document)
+        samples = self.screen.home / "Documents" / "Kestrum" / "Sorbel" / "Scripts" / "Samples"
+        wait_for("two samples", lambda: len(list(samples.glob("*.sorbel_script"))) == 2)
 
     def test_its_desktop_file_finds_it_in_any_prefix(self):
         with tempfile.TemporaryDirectory() as folder:
