@@ -1,5 +1,5 @@
-# Where things go when they are installed, in three components: `program` is what a translator needs, `headless` the
-# driver without a screen, `documentation` what one reads and tries.
+# Where things go when they are installed, in four components: `program` is what a translator needs, `headless` the
+# driver without a screen, `exchange` the program for the command line, `documentation` what one reads and tries.
 
 include(GNUInstallDirs)
 if(NOT "$CACHE{CMAKE_INSTALL_DOCDIR}")  # by itself the project's name, which is not the package's

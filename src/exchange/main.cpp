@@ -13,15 +13,11 @@ namespace {
 
 using namespace sorbel;
 
-/// The data folder of the installed program, or that of the build tree for a program that was only built; and
-/// where the program keeps its journals.
+/// The data folder, which lies as seen from the program, and where the desktop program keeps its journals.
 void SetFolders() {
-    namespace fs = std::filesystem;
     std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error);
-    const fs::path installed = program.parent_path().parent_path() / "share/sorbel/Resources";
-    SpecialFolder::SetResources(fs::is_directory(installed, error) ? installed.native()
-                                                                   : SORBEL_BUILD_RESOURCES);
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    SpecialFolder::SetResources((program.parent_path().parent_path() / "share/sorbel/Resources").native());
     SpecialFolder::SetState(SpecialFolder::UsualState());
 }
 

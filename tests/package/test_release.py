@@ -9,7 +9,8 @@ import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 TELLING = ["CMakeLists.txt", "CHANGELOG.md", "packaging/org.sorbel.Sorbel.metainfo.xml", "packaging/man/sorbel.1",
-           "packaging/man/sorbel-headless.1", "src/qt/CMakeLists.txt", "src/headless/CMakeLists.txt"]
+           "packaging/man/sorbel-headless.1", "src/qt/CMakeLists.txt", "src/headless/CMakeLists.txt",
+           "packaging/man/sorbel-exchange.1", "src/exchange/CMakeLists.txt"]
 DAY = "2001-02-03"
 
 
