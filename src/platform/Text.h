@@ -50,6 +50,8 @@ struct Character {
     int32_t CodePoint;
 };
 [[nodiscard]] Character FirstCharacter(StringView text);
+/// The same from its end.
+[[nodiscard]] Character LastCharacter(StringView text);
 
 // --- Searching ---
 

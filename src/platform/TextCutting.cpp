@@ -14,8 +14,8 @@ StringView Tail(StringView text, int64_t skipped) {
     return text.substr(Measure(text, skipped).Bytes);
 }
 
-/// The size of a text's last character; the text must not be empty.
-Decoded LastCharacter(StringView text) {
+/// A text's last character; the text must not be empty.
+Decoded DecodeLast(StringView text) {
     for (uint32_t size = 1; size <= 4 && size <= text.size(); ++size) {
         const Decoded character = Decode(text.data() + text.size() - size, size);
         if (character.CodePoint >= 0 && character.Size == size) return character;
@@ -54,6 +54,11 @@ Character FirstCharacter(StringView text) {
     return {text.substr(0, character.Size), character.CodePoint};
 }
 
+Character LastCharacter(StringView text) {
+    const Decoded character = DecodeLast(text);
+    return {text.substr(text.size() - character.Size), character.CodePoint};
+}
+
 StringView Trimmed(StringView text) {
     while (!text.empty()) {
         const Decoded first = Decode(text.data(), text.size());
@@ -61,7 +66,7 @@ StringView Trimmed(StringView text) {
         text.remove_prefix(first.Size);
     }
     while (!text.empty()) {
-        const Decoded last = LastCharacter(text);
+        const Decoded last = DecodeLast(text);
         if (!IsSpace(last)) break;
         text.remove_suffix(last.Size);
     }
