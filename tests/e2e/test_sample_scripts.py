@@ -52,6 +52,31 @@ class SampleScripts(driver.Case):
             self.assertEqual(self.selected(), row)
         self.assertFalse(self.driven.document()["dirty"])
 
+    def test_checks_know_what_only_looks_like_a_fault(self):
+        """As the checks of the command line do: each row's letter tells whether it is one."""
+        cases = {
+            "Check Mnemonics": [
+                ("+", "&File", "&Da&tei"), ("-", "the '&' key && more", "die Taste & so"), ("-", "&Help", "&?"),
+                ("-", "&Open...", "開く(&O)..."), ("+", "&&&&Cut", "&Ausschneiden")],
+            "Check Placeholders": [
+                ("+", "%1", "%10"), ("-", "%1s left", "noch %1 s"), ("-", "100% safe", "100%ige Sicherheit"),
+                ("-", "5% discount", "5%-os kedvezmény"), ("-", "50 % off", "%50 indirim"), ("+", "%d", "%s"),
+                ("+", "%ld bytes", "%d Byte"), ("-", "%s in %d", "%2$d mit %1$s"),
+                ("+", "%1$@ %2$@", "%1$@ %1$@"), ("+", "<0>Read</0> on", "<0>Weiter<0>"), ("-", "<none>", "<keine>"),
+                ("-", "{0:N2} and {name}", "{name} und {0:N2}"), ("+", "{name}", "{Name}"), ("-", "%%d", "%% d"),
+                ("-", "%free", "% frei"), ("+", "%5.1f", "viel"), ("+", "Page %L1", "Seite")],
+            "Check Endings": [
+                ("-", "Name:", "名前："), ("-", "Really?", "هل أنت متأكد؟"), ("-", "Loading...", "Laden …"),
+                ("+", "Loading...", "Laden.."), ("-", "What?!", "Was!?"), ("-", "Open...", "開く...(&O)"),
+                ("-", "Sure?", "Σίγουρα;"), ("+", "Sure?", "Sicher;"), ("-", "Use \":\"", "„:“ verwenden"),
+                ("-", "Can't open “%1.”", "„%1“ geht nicht auf."), ("+", "Done.", "Fertig"), ("-", "Go", "Los")]}
+        for number, (script, rows) in enumerate(cases.items()):
+            self.driven = self.program(self.write("cases%d.kestrum_locale" % number, entries=[
+                ["%02d" % row, [[0, *texts]]] for row, (_, *texts) in enumerate(rows)]))
+            report = self.run_script(script)["explanation"]
+            found = [int(line.split(":")[0].split()[1]) - 1 for line in report.splitlines()]
+            self.assertEqual(found, [row for row, (kind, *_) in enumerate(rows) if kind == "+"], report)
+
     def test_searches_go_on_below_and_begin_again(self):
         for script, row in [("Find Doubled Blanks", "doubled"), ("Find Long Translations", "long"),
                             ("Next Untranslated", "empty")]:
