@@ -1,7 +1,9 @@
-// The pieces that know no window: the document, the rules on it, and the exports.
+// The pieces that know no window: the document, the rules on it, its checks, and the exports.
 #include <benchmark/benchmark.h>
 
 #include "Documents.h"
+#include "checks/Checker.h"
+#include "checks/Statistics.h"
 #include "editing/rules/ChangedStrings.h"
 #include "editing/rules/Matching.h"
 #include "editing/rules/WordComparison.h"
@@ -85,6 +87,44 @@ void Export(benchmark::State& state, String (*format)(const LocalizedStringSet&)
 BENCHMARK_CAPTURE(Export, mo, ToMoFile)->Apply(Sizes);
 BENCHMARK_CAPTURE(Export, delimited, ToDelimitedText)->Apply(Sizes);
 BENCHMARK_CAPTURE(Export, string_file, ToStringFile)->Apply(Sizes);
+
+/// What takes the rows of a document one by one.
+template <typename Receiver>
+void GiveRows(const LocalizedStringSet& set, Receiver& receiver) {
+    for (const auto& [identifier, entry] : set.Entries)
+        for (int64_t index = 0; index < entry.Count(); ++index) {
+            const PlatformTable::Item& item = entry.ItemAt(index);
+            receiver.Add({identifier, item.Platform, item.Value.Original, item.Value.Localized});
+        }
+}
+
+void Check(benchmark::State& state, const checks::Rules& rules) {
+    OnDocument(state, [&rules](LocalizedStringSet& set) {
+        size_t found = 0;
+        checks::Checker checker(
+            rules, 2, [](const checks::Row& row) { return String(row.Identifier); },
+            [&found](const checks::Row&, checks::Rule, const String&) { ++found; });
+        GiveRows(set, checker);
+        return found;
+    });
+}
+checks::Rules AllRules() {
+    checks::Rules rules;
+    for (size_t number = 0; number < checks::RuleCount; ++number)
+        rules.Set(static_cast<checks::Rule>(number));
+    return rules;
+}
+BENCHMARK_CAPTURE(Check, usual, checks::Rules::Usual())->Apply(Sizes);
+BENCHMARK_CAPTURE(Check, all, AllRules())->Apply(Sizes);
+
+void Statistics(benchmark::State& state) {
+    OnDocument(state, [](LocalizedStringSet& set) {
+        checks::StatisticsCounter counter;
+        GiveRows(set, counter);
+        return counter.Counted().Words;
+    });
+}
+BENCHMARK(Statistics)->Apply(Sizes);
 
 /// So many words that the other text lacks, and the common word behind them or not.
 String Words(int64_t count, char first, bool tail) {
