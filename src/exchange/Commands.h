@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "exchange/CommandLine.h"
@@ -14,6 +15,8 @@ enum ExitStatus { Done = 0, Findings = 1, WrongUseStatus = 2, BadFile = 3 };
 int ExportCommand(const Arguments& arguments);
 int ImportCommand(const Arguments& arguments);
 int MergeCommand(const Arguments& arguments);
+int CheckCommand(const Arguments& arguments);
+int StatsCommand(const Arguments& arguments);
 int ApplicationCommand(const Arguments& arguments);
 
 struct Command {
@@ -49,6 +52,20 @@ inline const std::vector<Command>& Commands() {
          2,
          {{"output", true, 'o'}},
          MergeCommand},
+        {"check",
+         "LOCALE...",
+         "finds what is wrong with translations",
+         1,
+         SIZE_MAX,
+         {{"format", true}, {"rule", true}, {"no-rule", true}, {"longest", true}},
+         CheckCommand},
+        {"stats",
+         "LOCALE...",
+         "counts strings, rows and words",
+         1,
+         SIZE_MAX,
+         {{"format", true}},
+         StatsCommand},
         {"app", "LOCALE APPLICATION", "as Export to Application does", 2, 2, {}, ApplicationCommand},
     };
     return commands;

@@ -63,6 +63,7 @@ Rows::Rows(const LocalizedStringSet& set, Holds holds, bool lossy) : mSet(set), 
 }
 
 bool Rows::CanHold(const Row& row) const {
+    if (mHolds == Holds::AnyBytes) return true;
     if (mHolds == Holds::DelimitedText) return row.Identifier.find_first_of("\t\r\n") == StringView::npos;
     return IsXmlText(row.Identifier) && IsXmlText(row.Value.Original) && IsXmlText(row.Value.Localized);
 }
@@ -74,7 +75,7 @@ void Rows::CollectItems(const PlatformTable& entry, std::vector<const PlatformTa
     const auto order = [](const PlatformTable::Item* item) {
         return std::pair(item->Platform != PlatformAny, item->Platform);
     };
-    if (items.size() > 1 && mHolds == Holds::Characters) std::ranges::sort(items, {}, order);
+    if (items.size() > 1 && mHolds != Holds::DelimitedText) std::ranges::sort(items, {}, order);
 }
 
 }  // namespace sorbel

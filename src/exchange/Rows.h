@@ -17,6 +17,7 @@ struct Row {
 
 /// What a format can hold. Rows with other characters stay out, or are an error.
 enum class Holds {
+    AnyBytes,      ///< whatever there is
     Characters,    ///< those of XML 1.0 (its production 2, "Char") in valid UTF-8
     DelimitedText  ///< any bytes, but no tab and no line end in an identifier
 };

@@ -23,7 +23,7 @@ void SetFolders() {
 
 String Help() {
     String text =
-        "Carries locale files into the formats of other translation tools, and back.\n\n"
+        "Carries locale files into the formats of other translation tools, and back, and checks them.\n\n"
         "usage:\n";
     for (const Command& command : Commands()) {
         String line = "  sorbel-exchange " + String(command.Name) + " " + String(command.Operands);
@@ -37,7 +37,12 @@ String Help() {
            "                              OUT or IN may then be \"-\"\n"
            "  --source-language LANGUAGE  of the default texts in XLIFF; en if not told\n"
            "  --lossy                     leave out rows that the format can't hold\n"
-           "  --strict                    leave out rows whose default text differs\n\n"
+           "  --strict                    leave out rows whose default text differs\n"
+           "  --format text|json          of check and stats\n"
+           "  --rule, --no-rule NAME      untranslated, mnemonic, placeholder, edges, ending, "
+           "doubled-blank,\n"
+           "                              newline, inconsistent; duplicate-mnemonic, same: only if named\n"
+           "  --longest FACTOR            rule length: at most so many times the default text\n\n"
            "Exit status: 0 done, 1 findings of check, 2 wrong use, 3 a file that can't be read,\n"
            "written or understood.\n";
 }
