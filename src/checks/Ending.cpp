@@ -37,6 +37,7 @@ constexpr int64_t DotsOfEllipsis = 3;
 using Marks = std::bitset<NoMark>;
 
 Kind KindOf(int32_t codePoint) {
+    if (codePoint >= 'A' && codePoint <= 'z') return NoMark;  // most texts end with a letter
     const auto isMember = [codePoint](const MarkKind& kind) {
         return kind.Members.find(static_cast<char32_t>(codePoint)) != std::u32string_view::npos;
     };
@@ -44,7 +45,8 @@ Kind KindOf(int32_t codePoint) {
 }
 
 bool IsQuotationMark(int32_t codePoint) {
-    return codePoint >= 0 && u_hasBinaryProperty(codePoint, UCHAR_QUOTATION_MARK);
+    const bool isLetter = codePoint >= 'A' && codePoint <= 'z';
+    return codePoint >= 0 && !isLetter && u_hasBinaryProperty(codePoint, UCHAR_QUOTATION_MARK);
 }
 
 template <typename Test>

@@ -9,7 +9,9 @@ namespace sorbel::checks {
 
 namespace {
 
-constexpr StringView Heads = "%<{";
+uint64_t MarkHeads(uint64_t word) {
+    return coding::MarkByte(word, '%') | coding::MarkByte(word, '<') | coding::MarkByte(word, '{');
+}
 
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
@@ -166,7 +168,7 @@ std::vector<String> Surplus(const std::vector<String>& some, const std::vector<S
 std::vector<StringView> FindPlaceholders(StringView text) {
     std::vector<StringView> found;
     size_t lastEnd = 0;
-    for (size_t at = text.find_first_of(Heads); at != StringView::npos; at = text.find_first_of(Heads, at)) {
+    for (size_t at = 0; (at = coding::FindMarked(text, at, MarkHeads)) < text.size();) {
         const size_t end = EndOfPlaceholder(text, at, lastEnd);
         if (end > at) {
             found.push_back(text.substr(at, end - at));
