@@ -1,6 +1,7 @@
 #include "checks/Placeholders.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "platform/TextCoding.h"
@@ -158,7 +159,7 @@ std::vector<String> Surplus(const std::vector<String>& some, const std::vector<S
     std::vector<String> surplus, rest;
     std::ranges::set_difference(some, others, std::back_inserter(surplus));
     if (surplus.empty()) return surplus;
-    surplus.erase(std::ranges::unique(surplus).begin(), surplus.end());
+    surplus.erase(std::unique(surplus.begin(), surplus.end()), surplus.end());
     std::ranges::set_difference(surplus, Percentages(otherText), std::back_inserter(rest));
     return rest;
 }
