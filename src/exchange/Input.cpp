@@ -1,7 +1,6 @@
 #include "exchange/Input.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "platform/FileDescriptor.h"
 #include "platform/TextCoding.h"
@@ -33,8 +32,7 @@ Input Input::Open(const String& path) {
 
 Input Input::Of(StringView bytes) {
     return Input([bytes](char* to, size_t size) mutable {
-        const size_t count = std::min(size, bytes.size());
-        std::memcpy(to, bytes.data(), count);
+        const size_t count = bytes.copy(to, size);
         bytes.remove_prefix(count);
         return count;
     });
