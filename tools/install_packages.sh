@@ -38,7 +38,7 @@ for group in "$@"; do
         faults) packages+=(strace) ;;
         package)
             packages+=(build-essential git debhelper fakeroot lintian cmake ninja-build pkgconf python3 qt6-base-dev
-                libicu-dev libpng-dev nlohmann-json3-dev libhunspell-dev libxxhash-dev)
+                libicu-dev libpng-dev libxml2-dev nlohmann-json3-dev libhunspell-dev libxxhash-dev)
             ;;
         fuzz)
             if command -v apt-get >/dev/null && [[ -z $(fuzzer_runtime) ]]; then
