@@ -1,12 +1,16 @@
 """Programs with a window on a screen that nobody sees: what it takes until they rest, and to search."""
 import glob
+import itertools
 import os
 import shutil
 import subprocess
 import tempfile
 import time
+from typing import NamedTuple
 
+STEPS = 15       # of each work
 STILL = 1.0      # seconds without work after which a program rests
+PAUSE = 0.15     # the same after one key
 NOISE = 0.015    # seconds of CPU in that time that are a blinking cursor
 PATIENCE = 120   # seconds
 
@@ -87,6 +91,16 @@ class Program:
             time.sleep(0.02)
         raise RuntimeError("%s did not come to rest" % self.name)
 
+    def pause(self):
+        """Waits until the CPU time nearly stands still, as between two steps of a user, and gives it."""
+        end, before = time.monotonic() + PATIENCE, self.cpu()
+        while time.monotonic() < end:
+            time.sleep(PAUSE)
+            spent, before = self.cpu() - before, self.cpu()
+            if spent < 0.001:
+                return before
+        raise RuntimeError("%s did not pause" % self.name)
+
     def memory(self):
         """Resident MiB."""
         with open("/proc/%d/status" % self.pid) as file:
@@ -133,5 +147,40 @@ def search(screen, command, place, term):
         screen.tool("type", "--delay", "300", term[1:])
         after = program.rest()
         return ((after - before) / len(term[1:]),)
+    finally:
+        program.close()
+
+
+class Work(NamedTuple):
+    """What a user does again and again. Each action is a call of xdotool; an action that is "{window}" is the
+    program's."""
+    prepare: list   # actions that are not counted
+    steps: list     # of actions; they take turns, and each is counted
+    after: list = []  # actions after each step that are not counted
+
+
+def do(screen, command, works):
+    """{work: [CPU seconds of each step, painting included]} of one program that does them one after the other."""
+    program = Program(screen, command)
+    try:
+        program.window()
+        program.rest()
+        window = program.window()
+        screen.tool("windowfocus", "--sync", window)
+
+        def act(actions):
+            for action in actions:
+                screen.tool(*(word.replace("{window}", window) for word in action))
+        spent = {}
+        for name, work in works.items():
+            act(work.prepare)
+            program.rest()
+            spent[name] = []
+            for step in itertools.islice(itertools.cycle(work.steps), STEPS):
+                before = program.pause()
+                act([step])
+                spent[name].append(program.pause() - before)
+                act(work.after)
+        return spent
     finally:
         program.close()

@@ -1,13 +1,17 @@
-// The least that a window on a locale file costs: a bare table that asks for the rows it shows, and a line
-// that filters it. No editing, no menus, nothing shared with Sorbel.
+// The least that a window on a locale file costs: a bare table that asks for the rows it shows, a line that
+// filters it, an editor for the current row's translation, and a menu. Nothing is kept for an undo or a save,
+// and nothing is shared with Sorbel.
 //
-// usage: floor_gui FILE
+// usage: floor_gui FILE [ITEMS]      ITEMS is the number of items in the menu
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMenuBar>
+#include <QPlainTextEdit>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <QtEndian>
@@ -32,9 +36,21 @@ class StringTable : public QAbstractTableModel {
     [[nodiscard]] int columnCount(const QModelIndex&) const override { return 3; }
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
         if (role != Qt::DisplayRole) return {};
-        const Texts& texts = mTexts[mShown[static_cast<size_t>(index.row())]];
-        return QString::fromUtf8(texts[static_cast<size_t>(index.column())]);
+        return TextAt(index.row(), index.column());
     }
+
+    [[nodiscard]] QString TextAt(int row, int column) const {
+        const size_t shown = mShown[static_cast<size_t>(row)];
+        if (const auto typed = mTyped.find(shown); column == Translation && typed != mTyped.end())
+            return *typed;
+        return QString::fromUtf8(mTexts[shown][static_cast<size_t>(column)]);
+    }
+    void SetTranslation(int row, const QString& text) {
+        mTyped[mShown[static_cast<size_t>(row)]] = text;
+        Q_EMIT dataChanged(index(row, Translation), index(row, Translation));
+    }
+
+    static constexpr int Translation = 2;
 
     void Filter(const QString& term) {
         beginResetModel();
@@ -74,26 +90,54 @@ class StringTable : public QAbstractTableModel {
     QByteArray mBytes;
     std::vector<Texts> mTexts;
     std::vector<size_t> mShown;
+    QHash<size_t, QString> mTyped;
     std::string mFolded;
     std::vector<size_t> mFoldedStarts;
 };
+
+/// Shows the current row's translation, and lets it be changed.
+void Edit(QPlainTextEdit& translation, QTableView& table, StringTable& strings) {
+    QObject::connect(
+        table.selectionModel(), &QItemSelectionModel::currentRowChanged, &translation,
+        [&](const QModelIndex& current) {
+            const QSignalBlocker ours(translation);
+            const bool any = current.isValid();
+            translation.setPlainText(any ? strings.TextAt(current.row(), StringTable::Translation) : "");
+        });
+    QObject::connect(&translation, &QPlainTextEdit::textChanged, &strings, [&] {
+        const QModelIndex current = table.currentIndex();
+        if (current.isValid()) strings.SetTranslation(current.row(), translation.toPlainText());
+    });
+}
+
+void AddMenu(QMenuBar& bar, int items) {
+    QMenu* menu = bar.addMenu("Menu");
+    for (int item = 1; item <= items; ++item)
+        menu->addAction(QString("Script %1").arg(item));
+}
 
 }  // namespace
 
 int main(int count, char** words) {
     QApplication desktop(count, words);
-    QFile file(QFile::decodeName(count == 2 ? words[1] : ""));
-    if (!file.open(QIODevice::ReadOnly)) qFatal("usage: floor_gui FILE");
+    QFile file(QFile::decodeName(count >= 2 ? words[1] : ""));
+    if (!file.open(QIODevice::ReadOnly)) qFatal("usage: floor_gui FILE [ITEMS]");
     StringTable strings(file.readAll());
 
     QWidget window;
     QVBoxLayout layout(&window);
+    QMenuBar menus;
     QLineEdit term;
     QTableView table;
+    QPlainTextEdit translation;
+    AddMenu(menus, count == 3 ? QString(words[2]).toInt() : 0);
     table.verticalHeader()->setDefaultSectionSize(20);
     table.setModel(&strings);
+    Edit(translation, table, strings);
+    layout.setMenuBar(&menus);
     layout.addWidget(&term);
-    layout.addWidget(&table);
+    layout.addWidget(&table, 3);
+    layout.addWidget(&translation, 1);
     term.setFocus();
     QObject::connect(&term, &QLineEdit::textChanged, &strings,
                      [&strings](const QString& text) { strings.Filter(text); });
