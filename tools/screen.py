@@ -61,6 +61,20 @@ class Screen:
         self._processes.append(subprocess.Popen(command, **options))
         return self._processes[-1]
 
+    def set_desktop(self, points, dark=False):
+        """For programs that start from now on: a desktop with a font of so many points, in light or dark."""
+        ground, base, text = ("58,58,58", "32,32,32", "255,255,255") if dark else ("239,239,239", "255,255,255", "0,0,0")
+        settings = ["[General]", *("%s=DejaVu Sans,%g,-1,5,50,0,0,0,0,0" % (font, points)
+                                   for font in ("font", "menuFont", "toolBarFont")), "[KDE]", "widgetStyle=fusion"]
+        for group, colours in (("Window", (ground, text)), ("View", (base, text)), ("Button", (ground, text)),
+                               ("Selection", ("48,140,198", "255,255,255"))):
+            settings += ["[Colors:%s]" % group, "BackgroundNormal=" + colours[0], "ForegroundNormal=" + colours[1]]
+        folder = self.home / ".config"
+        folder.mkdir(exist_ok=True)
+        (folder / "kdeglobals").write_text("\n".join(settings) + "\n")
+        self.env.update({"QT_QPA_PLATFORMTHEME": "kde", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
+                         "XDG_CURRENT_DESKTOP": "KDE"})
+
     def try_xdotool(self, *arguments):
         """What it prints, or None if it fails, as it does while a window that it asks for is not there."""
         done = subprocess.run(["xdotool", *map(str, arguments)], env=self.env, stdout=subprocess.PIPE,

@@ -33,12 +33,16 @@ QColor Legible(const QColor& color, const QColor& ground) {
     const QColor black(Qt::black), white(Qt::white);
     const bool canLighten = Contrast(white, ground) >= ContrastOfText;
     const bool isLighter = Luminance(color) >= Luminance(ground);
-    const QColor& towards =
-        canLighten && (isLighter || Contrast(black, ground) < ContrastOfText) ? white : black;
-    int percent = 0;
+    return Legible(color, ground,
+                   canLighten && (isLighter || Contrast(black, ground) < ContrastOfText) ? white : black);
+}
+
+QColor Legible(const QColor& color, const QColor& ground, const QColor& towards) {
+    if (Contrast(color, ground) >= ContrastOfText) return color;
+    int percent = 1;
     while (percent < 100 && Contrast(Mixed(color, towards, percent), ground) < ContrastOfText)
         ++percent;
-    return percent == 0 ? color : Mixed(color, towards, percent);
+    return Mixed(color, towards, percent);
 }
 
 }  // namespace sorbel

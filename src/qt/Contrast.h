@@ -14,4 +14,7 @@ constexpr double ContrastOfText = 4.5;
 /// A colour that can be read on `ground`: the colour itself, or with as much black or white as that takes.
 [[nodiscard]] QColor Legible(const QColor& color, const QColor& ground);
 
+/// The same with as much of `towards` as it takes, which can be read there.
+[[nodiscard]] QColor Legible(const QColor& color, const QColor& ground, const QColor& towards);
+
 }  // namespace sorbel

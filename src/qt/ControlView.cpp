@@ -78,20 +78,19 @@ void DrawFocusFrame(QPainter& painter, const QWidget& widget) {
 }
 
 /// Asks the application: a widget hears of a new palette later than what it shows.
-QColor GroundOf(const QWidget& widget) {
+QColor GroundOf(const QWidget& widget, QPalette::ColorGroup group) {
     const bool isField = widget.inherits("QLineEdit") || widget.inherits("QTextEdit");
     const bool isClear = widget.palette().color(QPalette::Base).alpha() == 0;
-    return QApplication::palette().color(QPalette::Active,
-                                         isField && !isClear ? QPalette::Base : QPalette::Window);
+    return QApplication::palette().color(group, isField && !isClear ? QPalette::Base : QPalette::Window);
 }
 
 void SetTextColor(QWidget& widget, QPalette::ColorRole role, const QColor& wanted) {
+    const QColor grey = QApplication::palette().color(QPalette::Disabled, role);
     QPalette palette = widget.palette();
-    const QColor color = Legible(wanted, GroundOf(widget));
-    if (palette.color(QPalette::Active, role) == color) return;
-    palette.setColor(QPalette::Active, role, color);
-    palette.setColor(QPalette::Inactive, role, color);
-    widget.setPalette(palette);
+    palette.setColor(QPalette::Disabled, role, Legible(grey, GroundOf(widget, QPalette::Disabled)));
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+        palette.setColor(group, role, Legible(wanted, GroundOf(widget)));
+    if (palette != widget.palette()) widget.setPalette(palette);
 }
 
 }  // namespace sorbel

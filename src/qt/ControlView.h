@@ -60,11 +60,11 @@ class ControlView : public View {
 /// Shows that a control has the focus whose own look does not tell.
 void DrawFocusFrame(QPainter& painter, const QWidget& widget);
 
-/// What the text of a widget stands on.
-[[nodiscard]] QColor GroundOf(const QWidget& widget);
+/// What the text of a widget stands on while it is enabled, or disabled.
+[[nodiscard]] QColor GroundOf(const QWidget& widget, QPalette::ColorGroup group = QPalette::Active);
 
-/// Gives a widget one colour for its text, other than when it is disabled. It is shown as near to that as can
-/// be read.
+/// Gives a widget one colour for its text, and the desktop's while it is disabled. Both are shown as near to
+/// that as can be read.
 void SetTextColor(QWidget& widget, QPalette::ColorRole role, const QColor& color);
 
 }  // namespace sorbel

@@ -87,10 +87,10 @@ void ListRowPainter::PaintText(QPainter& painter, const TextStyle& style, int ro
     const QString line = OneLine(mList.Cell(row));
     const QPalette palette = mView.palette();
     const bool selected = mList.Selected(row);
-    QColor color = style.Color.value_or(palette.color(selected ? QPalette::HighlightedText : QPalette::Text));
-    color =
-        Legible(color, selected ? SelectionColor(palette, mView.hasFocus()) : palette.color(QPalette::Base));
-    painter.setPen(color);
+    const QColor plain = palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor ground =
+        selected ? SelectionColor(palette, mView.hasFocus()) : palette.color(QPalette::Base);
+    painter.setPen(Legible(style.Color.value_or(plain), ground, plain));
     painter.setFont(style.Font);
     painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const QRect room = place.adjusted(style.Left, 0, -mUnits.ToPixels(Gap), 0);
