@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
 """Goes through the program's main job on a virtual screen, with real keys and clicks on a copy of the sample.
 
-usage: tour.py PROGRAM FOLDER      Leaves a picture of each step in FOLDER. Ends with 1 at the first step without its
-effect. What a step has done is told by the window's title, the text copied from a field, the picture, and in the end
-the saved file, read by a program that shares nothing with this one.
+usage: tour.py PROGRAM FOLDER [--guide]      Leaves a picture of each step in FOLDER. Ends with 1 at the first step
+without its effect. What a step has done is told by the window's title, the text copied from a field, the picture, and
+in the end the saved file, read by a program that shares nothing with this one. --guide renews the pictures of
+docs/guide.md.
 """
 import json
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
@@ -14,6 +16,7 @@ import sys
 from screen import Screen, wait_for
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
+GUIDE = ROOT / "docs" / "guide.md"
 DOCUMENT = "Notizbuch.kestrum_locale"
 TRANSLATION = "Nach &Aktualisierungen suchen..."
 SECOND_TRANSLATION = "&Teilen..."
@@ -63,6 +66,7 @@ class Tour:
         signature = self.signature(path)
         require(signature not in self.pictures, "%s shows nothing new" % path)
         self.pictures.append(signature)
+        subprocess.run(["mogrify", "-trim", "+repage", path], check=True)  # the screen round the window
         print("%s: done" % name, flush=True)
 
     def wait_for_mark(self, modified):
@@ -177,6 +181,14 @@ class Tour:
         require(after["entries"] == expected, "the saved file does not hold the two translations and all else")
         require(after["history"] == self.before["history"], "the saved file's history has changed")
 
+    def check_guide(self, renew):
+        """The guide shows steps of this tour, under their names."""
+        for name in re.findall(r"\(guide/(.*?)\)", GUIDE.read_text()):
+            require((self.folder / name).exists(), "no step gives %s, which the guide shows" % name)
+            if renew:
+                shutil.copy(self.folder / name, GUIDE.parent / "guide" / name)
+            require((GUIDE.parent / "guide" / name).exists(), "the guide's picture %s is missing" % name)
+
     def run(self):
         for step in (self.open, self.search, self.translate, self.undo, self.compare, self.step, self.save):
             step()
@@ -192,6 +204,7 @@ def main():
         tour = Tour(screen, program, folder)
         try:
             tour.run()
+            tour.check_guide(sys.argv[3:] == ["--guide"])
         except AssertionError as failure:
             subprocess.run(["import", "-silent", "-window", "root", folder / "failed.png"], env=screen.env)
             sys.exit("The tour failed. %s. See %s" % (failure, folder / "failed.png"))
