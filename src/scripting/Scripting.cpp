@@ -28,6 +28,13 @@ constexpr StringView SamplesName = "Samples";
 constexpr StringView SampleName = "Sample.sorbel_script";
 constexpr StringView LoopSampleName = "Loop Sample.sorbel_script";
 
+/// Makes a folder and what is missing on the way to it. What cannot be made is missing afterwards.
+void MakeWhole(const FolderItem& folder) {
+    if (folder.Exists()) return;
+    if (const std::shared_ptr<FolderItem> parent = folder.Parent()) MakeWhole(*parent);
+    folder.CreateAsFolder();
+}
+
 /// Folders below `base`, made where they are missing; null if one cannot be named.
 std::shared_ptr<FolderItem> GetSubFolder(const FolderItem& base, std::span<const StringView> parts) {
     const std::shared_ptr<FolderItem> parent = base.Parent();
@@ -130,6 +137,7 @@ std::shared_ptr<ScriptEngine> mScriptingEngine;
 std::shared_ptr<FolderItem> ScriptsFolder() {
     const std::shared_ptr<FolderItem> documents = SpecialFolder::Documents();
     if (!documents) return nullptr;
+    MakeWhole(*documents);
     std::shared_ptr<FolderItem> scripts = GetSubFolder(*documents, WayToScripts);
     if (scripts) WriteSamples(*scripts);
     return scripts;

@@ -52,6 +52,20 @@ TEST(ScriptsMenu, GrowsWhileThereIsNoFolder) {
     EXPECT_THROW(menu.Item(2).Event_Action(), NilObjectException);
 }
 
+TEST(ScriptsMenu, MakesItsFolderAlsoInDocumentsThatAreNotThereYet) {
+    const TemporaryFolder home;
+    SpecialFolder::SetDocuments(home / "new/Documents");
+    FakeBackend desktop;
+    Application app(desktop);
+    MenuItem menu("ScriptsMenu", "Scripts");
+    RebuildMenu(menu, app);
+    std::filesystem::remove_all(home / "new");  // as a user may while the program runs
+    for (int refresh = 0; refresh < 3; ++refresh)
+        RebuildMenu(menu, app);
+    EXPECT_EQ(menu.Count(), 1u);
+    EXPECT_TRUE(FolderItem(home / "new/Documents/Kestrum/Sorbel/Scripts/Samples").Exists());
+}
+
 TEST(ScriptsMenu, SurvivesAFolderThatCannotBeMade) {
     const TemporaryFolder folder;
     WriteContents(FolderItem(folder / "Kestrum"), "a file in the folder's place");
