@@ -1,5 +1,6 @@
 #include <QMenu>
 
+#include "qt/MenuStyle.h"
 #include "qt/QtMenus.h"
 #include "qt/Text.h"
 
@@ -53,6 +54,12 @@ void Describe(QAction& action, const MenuItem& item) {
     action.setMenuRole(RoleOf(item));
 }
 
+QMenu& NewMenu(QWidget& parent) {
+    auto* menu = new QMenu(&parent);
+    LetScroll(*menu);
+    return *menu;
+}
+
 }  // namespace
 
 QKeySequence ShortcutKeys(StringView shortcut) {
@@ -89,7 +96,7 @@ void MenuTree::Rebuild(QWidget& menu, const MenuItem& items, const Path& path) {
     const bool bar = qobject_cast<QMenuBar*>(&menu) != nullptr;
     for (size_t index = 0; index < items.Count(); ++index) {
         const Kind kind = KindOf(items.Item(index), bar);
-        QAction* action = kind == Kind::Menu ? (new QMenu(&menu))->menuAction() : new QAction(&menu);
+        QAction* action = kind == Kind::Menu ? NewMenu(menu).menuAction() : new QAction(&menu);
         action->setSeparator(kind == Kind::Separator);
         action->setData(QVariant::fromValue(path + Path{static_cast<int>(index)}));
         menu.addAction(action);

@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 
+#include "qt/MenuStyle.h"
 #include "ui/toolkit/Application.h"
 
 namespace sorbel {
@@ -47,6 +48,10 @@ bool QtMenus::Owns(const QKeyEvent& keys) const {
     return owns(owns, mBar);
 }
 
+void QtMenus::Open() {
+    if (!mBar.actions().isEmpty()) mBar.setActiveAction(mBar.actions().first());
+}
+
 namespace {
 
 void AddAbove(QMenu& menu, const MenuChoices& choices, std::function<void()>& chosen) {
@@ -66,6 +71,7 @@ MenuItem* RunPopUp(MenuItem& menu, const QPoint& at, QWidget* parent, const Menu
     MenuItem* chosen = nullptr;
     MenuTree tree([&menu] { return &menu; }, [&chosen](MenuItem& item) { chosen = &item; });
     QMenu popUp(parent);
+    LetScroll(popUp);
     tree.Update(popUp);
     tree.ShowEnabled(popUp, true);
     std::function<void()> choice;

@@ -51,6 +51,8 @@ class QtMenus {
     void Update();
     /// Whether these keys are those of an item.
     [[nodiscard]] bool Owns(const QKeyEvent& keys) const;
+    /// Opens the first menu, as the keyboard's way into all of them.
+    void Open();
 
   private:
     void Watch(QMenu& menu);

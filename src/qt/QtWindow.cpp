@@ -103,7 +103,9 @@ void QtWindow::MakeControls() {
 }
 
 void QtWindow::Open(const QWidget* front) {
+/// The scripts' keys are known before the desktop makes the window the active one.
     Flush();
+    if (mMenus) mModel->App().Perform([this] { mModel->App().EnableMenuItems(); });
     Fit();
     if (!mModel->Resizeable) setFixedSize(sizeHint());
     if (mModel->Centred) move(screen()->availableGeometry().center() - QPoint(width(), height()) / 2);

@@ -96,6 +96,7 @@ void QtWindow::mousePressEvent(QMouseEvent* event) {
     if (!mRetired && mContent->rect().contains(at)) {
         const QPoint units = mUnits.FromPixels(at);
         mModel->UserMouseDown(units.x(), units.y());
+    if (event->keyCombination() == QKeyCombination(Qt::Key_F10) && mMenus) return mMenus->Open();
     }
 }
 
