@@ -116,7 +116,9 @@ void ListView::paintEvent(QPaintEvent* event) {
     const int last = std::min(RowCount() - 1, top + event->rect().bottom() / RowHeight());
     for (int row = first; row <= last; ++row)
         mWindow.Guard([&] { rows.Paint(painter, row, RowRect(row)); });
-    if (hasFocus()) DrawFocusFrame(painter, *viewport());  // the selected row may be out of sight
+    const QRect selected = RowRect(static_cast<int>(mList.ListIndex()));
+    const bool seen = mList.ListIndex() >= 0 && viewport()->rect().intersects(selected);
+    if (hasFocus() && !seen) DrawFocusFrame(painter, *viewport());
 }
 
 /// A click takes the text that its row shows, which a paint chooses.

@@ -97,4 +97,22 @@ TEST_F(Keys, F10LeadsIntoTheMenusAndEscapeBack) {
     }
 }
 
+TEST_F(Keys, TheListHasAFrameWhereNoRowShowsTheFocus) {
+    OpenAndActivate();
+    QListView& rows = On<QListView>(Document->ListBox1);
+    const auto framed = [&] {
+        Settle();
+        const QImage seen = rows.viewport()->grab().toImage();
+        return seen.pixelColor(seen.width() - 1, seen.height() / 2) ==
+               rows.palette().color(QPalette::Highlight);
+    };
+    EXPECT_TRUE(framed());
+    Press(Qt::Key_Down);
+    EXPECT_FALSE(framed());
+    rows.verticalScrollBar()->setValue(20);
+    EXPECT_TRUE(framed());
+    Document->SearchField.SetFocus();
+    EXPECT_FALSE(framed());
+}
+
 }  // namespace sorbel
