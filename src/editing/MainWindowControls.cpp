@@ -97,6 +97,9 @@ void MainWindow::BindEvents() {
     LocalizedValueField.TextChange = [this] {
         LocalizedValueField_TextChange();
     };
+    ListBox1.EditRow = [this] {
+        LocalizedValueField.SetFocus();
+    };
     SearchField.TextChange = [this] {
         FilterStrings();
     };

@@ -130,26 +130,53 @@ void ListView::mousePressEvent(QMouseEvent* event) {
     const int row = index.isValid() ? index.row() : -1;
     if (row >= 0 && mList.IsFolder(row) && RowPainter().TriangleRect(RowRect(row)).contains(at))
         return OpenRow(row, !mList.Expanded(row));
+    TakeKeyboard();
     const QPoint inRow = mWindow.Units().FromPixels(row >= 0 ? at - RowRect(row).topLeft() : at);
     mList.UserClick(row, inRow.x(), inRow.y());
 }
 
-void ListView::keyPressEvent(QKeyEvent* event) {
-    const bool plain = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
-    if (!plain || RowCount() == 0 || !(MoveBy(event->key()) || OpenOrClose(event->key()))) event->ignore();
+/// The first click has selected the folder, unless that has brought another row under the pointer.
+void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    const QPoint at = event->position().toPoint();
+    const int row = indexAt(at).row();
+    const bool folder = event->button() == Qt::LeftButton && mList.Selected(row) && mList.IsFolder(row);
+    if (!folder || RowPainter().TriangleRect(RowRect(row)).contains(at)) return mousePressEvent(event);
+    OpenRow(row, !mList.Expanded(row));
 }
 
+/// It may stand in for a control that is disabled at present; what is done here ends that.
+void ListView::TakeKeyboard() {
+    if (!mList.HasFocus()) mWindow.Model().UserFocus(&mList);
+}
+
+void ListView::keyPressEvent(QKeyEvent* event) {
+    const bool plain = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == 0;
+    if (plain && RowCount() > 0 && (MoveBy(event->key()) || OpenOrClose(event->key()) || Edit(*event)))
+        return;
+    event->ignore();
+}
+
+/// A key that is held down since it led here does not lead on.
+bool ListView::Edit(const QKeyEvent& event) {
+    const int key = event.key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_F2) return false;
+    if (!event.isAutoRepeat()) mList.UserEdit();
+    return true;
+}
+
+/// Without a selected row they begin with what is in sight.
 bool ListView::MoveBy(int key) {
     const int64_t from = mList.ListIndex();
     const int64_t last = RowCount() - 1;
     const int64_t page = std::max(1, RowsPerPage() - 1);
+    const int64_t top = verticalScrollBar()->value();
     int64_t to = 0;
     switch (key) {
         case Qt::Key_Up:
-            to = from < 0 ? last : from - 1;
+            to = from < 0 ? top + RowsPerPage() - 1 : from - 1;
             break;
         case Qt::Key_Down:
-            to = from + 1;
+            to = from < 0 ? top : from + 1;
             break;
         case Qt::Key_PageUp:
             to = from - page;
@@ -166,6 +193,7 @@ bool ListView::MoveBy(int key) {
             return false;
     }
     to = std::clamp<int64_t>(to, 0, last);
+    TakeKeyboard();
     if (to != from) mList.UserSelect(to);
     return true;
 }
@@ -176,6 +204,7 @@ bool ListView::OpenOrClose(int key) {
     const bool close = key == Qt::Key_Left || key == Qt::Key_Minus;
     int64_t row = mList.ListIndex();
     if ((!open && !close) || row < 0) return false;
+    TakeKeyboard();
     if (mList.IsFolder(row)) {
         if (mList.Expanded(row) != open) OpenRow(static_cast<int>(row), open);
     } else if (close && mList.Depth(row) > 0) {

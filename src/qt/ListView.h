@@ -63,7 +63,7 @@ class ListView : public QListView {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent*) override {}
     void mouseReleaseEvent(QMouseEvent*) override {}
-    void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -74,6 +74,8 @@ class ListView : public QListView {
     [[nodiscard]] ListRowPainter RowPainter();
     bool MoveBy(int key);
     bool OpenOrClose(int key);
+    bool Edit(const QKeyEvent& event);
+    void TakeKeyboard();
     void TellFocusedRow();
 
     Listbox& mList;

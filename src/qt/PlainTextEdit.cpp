@@ -48,10 +48,13 @@ bool PlainTextEdit::focusNextPrevChild(bool next) {
 
 void PlainTextEdit::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!event->isAutoRepeat()) mEnterHeldOver = false;
     if (event->key() == Qt::Key_Tab && event->modifiers() == Qt::ControlModifier) {
         QAbstractScrollArea::focusNextPrevChild(true);
     } else if (event->key() == Qt::Key_Backtab) {
         QAbstractScrollArea::focusNextPrevChild(false);
+    } else if (enter && mEnterHeldOver && event->isAutoRepeat()) {
+        event->accept();
     } else if (enter && event->modifiers().testFlag(Qt::ShiftModifier) && !isReadOnly()) {
         textCursor().insertBlock();  // not the line separator that the toolkit puts in
         ensureCursorVisible();
@@ -77,6 +80,7 @@ void PlainTextEdit::focusOutEvent(QFocusEvent* event) {
     viewport()->update();
 }
 
+    mEnterHeldOver = true;
 MenuChoices PlainTextEdit::SuggestionsAt(int position) {
     const auto word = mSpelling && !isReadOnly() ? mSpelling->MarkedWord(position) : std::nullopt;
     if (!word) return {};

@@ -34,5 +34,6 @@ class PlainTextEdit : public QTextEdit {
     QtWindow& mWindow;
     SpellHighlighter* mSpelling = nullptr;
 };
+    bool mEnterHeldOver = false;  ///< Enter has not been let go since it led here
 
 }  // namespace sorbel

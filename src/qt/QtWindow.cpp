@@ -9,6 +9,7 @@
 #include "qt/Desktop.h"
 #include "qt/Text.h"
 #include "ui/toolkit/Application.h"
+#include "ui/toolkit/Listbox.h"
 
 namespace sorbel {
 
@@ -102,10 +103,10 @@ void QtWindow::MakeControls() {
         setTabOrder(&order[index - 1]->Widget(), &order[index]->Widget());
 }
 
-void QtWindow::Open(const QWidget* front) {
 /// The scripts' keys are known before the desktop makes the window the active one.
-    Flush();
+void QtWindow::Open(const QWidget* front) {
     if (mMenus) mModel->App().Perform([this] { mModel->App().EnableMenuItems(); });
+    Flush();
     Fit();
     if (!mModel->Resizeable) setFixedSize(sizeHint());
     if (mModel->Centred) move(screen()->availableGeometry().center() - QPoint(width(), height()) / 2);
@@ -196,17 +197,25 @@ void QtWindow::ShowWindow(Aspects changed) {
     }
 }
 
-/// A focused control that is disabled for a while gets the focus back; until then no other takes its keys.
+/// A focused control that is disabled for a while gets the focus back. Until then its keys go to the list.
 void QtWindow::ShowFocus() {
     const ControlView* view = mModel->Focus() ? ViewOf(*mModel->Focus()) : nullptr;
     if (!view) return;
     const bool usable = view->Widget().isEnabled() && view->Widget().isVisibleTo(mContent);
-    QWidget* const wanted = usable ? &view->Widget() : mContent;
+    QWidget* const wanted = usable ? &view->Widget() : StandIn();
     QWidget* const present = focusWidget();
     const bool inMenus = present && present != mContent && !mContent->isAncestorOf(present);
     if (present == wanted || inMenus) return;
-    if (!usable) mContent->setAccessibleName(view->Widget().accessibleName());  // read out meanwhile
     wanted->setFocus();
+}
+
+/// What takes the keys that a disabled control would have had.
+QWidget* QtWindow::StandIn() const {
+    for (const auto& view : mViews)
+        if (dynamic_cast<const Listbox*>(&view->Model()) && view->Widget().isEnabled() &&
+            view->Widget().isVisibleTo(mContent))
+            return &view->Widget();
+    return mContent;
 }
 
 void QtWindow::Guard(const std::function<void()>& operation) {

@@ -72,6 +72,8 @@ class QtWindow : public QMainWindow, public View {
     void Fit();
     void ShowWindow(Aspects changed);
     void ShowFocus();
+    [[nodiscard]] QWidget* StandIn() const;
+    [[nodiscard]] bool MovesFocus(const QFocusEvent& event) const;
     void OpenContextMenu();
     void CloseGuests();
     void TakeFront();

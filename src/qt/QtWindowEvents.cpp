@@ -27,7 +27,7 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     if (!view) return QMainWindow::eventFilter(watched, event);
     switch (event->type()) {
         case QEvent::FocusIn:
-            if (!mFlushing && !Desktop::The().IsLooking()) mModel->UserFocus(&view->Model());
+            if (MovesFocus(static_cast<QFocusEvent&>(*event))) mModel->UserFocus(&view->Model());
             break;
         case QEvent::ShortcutOverride:
             if (!view->YieldsMenuKeys() || !mMenus || !mMenus->Owns(static_cast<QKeyEvent&>(*event))) break;
@@ -37,6 +37,15 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
             break;
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+/// The user's doing, and not the widget's getting back what the window or the program showed meanwhile. That
+/// may be a stand-in, whose control does not have the focus.
+bool QtWindow::MovesFocus(const QFocusEvent& event) const {
+    if (mFlushing || Desktop::The().IsLooking()) return false;
+    const bool comesBack =
+        event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
+    return !comesBack || !mModel->Focus();
 }
 
 void QtWindow::changeEvent(QEvent* event) {
@@ -87,6 +96,7 @@ void QtWindow::dropEvent(QDropEvent* event) {
 void QtWindow::keyPressEvent(QKeyEvent* event) {
     if (mRetired || IsModifier(event->key())) return QMainWindow::keyPressEvent(event);
     if (event->keyCombination() == (Qt::SHIFT | Qt::Key_F10)) return OpenContextMenu();
+    if (event->keyCombination() == QKeyCombination(Qt::Key_F10) && mMenus) return mMenus->Open();
     const QString text = event->text().isEmpty() ? QKeySequence(event->key()).toString() : event->text();
     mModel->UserKeyDown(FromQt(text));
 }
@@ -96,7 +106,6 @@ void QtWindow::mousePressEvent(QMouseEvent* event) {
     if (!mRetired && mContent->rect().contains(at)) {
         const QPoint units = mUnits.FromPixels(at);
         mModel->UserMouseDown(units.x(), units.y());
-    if (event->keyCombination() == QKeyCombination(Qt::Key_F10) && mMenus) return mMenus->Open();
     }
 }
 

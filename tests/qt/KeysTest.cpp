@@ -97,6 +97,101 @@ TEST_F(Keys, F10LeadsIntoTheMenusAndEscapeBack) {
     }
 }
 
+TEST_F(Keys, ArrowsGoToTheListWhileTheTranslationCannotBeTyped) {
+    OpenAndActivate();
+    QListView& rows = On<QListView>(Document->ListBox1);
+    Press(Qt::Key_Down, {}, 3);
+    Press(Qt::Key_Return);
+    EXPECT_TRUE(On(Document->LocalizedValueField).hasFocus());
+    Press(Qt::Key_X);
+    Press(Qt::Key_Z, Qt::ControlModifier);  // takes the selection away
+    EXPECT_FALSE(Document->LocalizedValueField.Enabled());
+    EXPECT_TRUE(rows.hasFocus());
+    EXPECT_EQ(Document->Focus(), &Document->LocalizedValueField);
+
+    // It gets the keyboard back, unless a key has gone to the list meanwhile.
+    Document->ListBox1.SetListIndex(0);
+    Settle();
+    EXPECT_TRUE(On(Document->LocalizedValueField).hasFocus());
+    Document->ListBox1.SetListIndex(-1);
+    Settle();
+    rows.verticalScrollBar()->setValue(2);
+    Press(Qt::Key_Down, {}, 2);
+    EXPECT_EQ(Document->ListBox1.ListIndex(), 3);  // from the first row in sight
+    EXPECT_TRUE(rows.hasFocus());
+    EXPECT_EQ(Document->Focus(), &Document->ListBox1);
+}
+
+TEST_F(Keys, AMenuOrAnotherWindowDoesNotMakeTheStandInTheOwner) {
+    OpenAndActivate();
+    Document->ListBox1.SetListIndex(0);
+    Document->LocalizedValueField.SetFocus();
+    Settle();
+    Document->ListBox1.SetListIndex(-1);
+    Settle();
+    for (const Qt::FocusReason reason : {Qt::PopupFocusReason, Qt::ActiveWindowFocusReason}) {
+        QFocusEvent back(QEvent::FocusIn, reason);
+        QApplication::sendEvent(&On(Document->ListBox1), &back);
+        EXPECT_EQ(Document->Focus(), &Document->LocalizedValueField);
+    }
+    QTest::mouseClick(On<QListView>(Document->ListBox1).viewport(), Qt::LeftButton, {}, {60, 5});
+    EXPECT_EQ(Document->Focus(), &Document->ListBox1);
+}
+
+TEST_F(Keys, TheListLeadsToTheTranslation) {
+    OpenAndActivate();
+    const QWidget& field = On(Document->LocalizedValueField);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_F2}) {
+        Document->ListBox1.SetFocus();
+        Document->ListBox1.SetListIndex(-1);
+        Settle();
+        Press(key);
+        EXPECT_FALSE(field.hasFocus());
+        Press(Qt::Key_Down);
+        Press(key);
+        EXPECT_TRUE(field.hasFocus());
+        EXPECT_FALSE(Document->ListBox1.Expanded(0));
+    }
+    // A key that is held down does not go on in the text.
+    const String text = Document->LocalizedValueField.Text();
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, "\r", true);
+    QApplication::sendEvent(QApplication::focusWidget(), &held);
+    EXPECT_EQ(Document->LocalizedValueField.Text(), text);
+    Press(Qt::Key_Return);
+    QApplication::sendEvent(QApplication::focusWidget(), &held);
+    EXPECT_EQ(Document->LocalizedValueField.Text(), "\n\n" + text);
+}
+
+TEST_F(Keys, TypingInTheListFindsNothing) {
+    OpenAndActivate();
+    Press(Qt::Key_Down);
+    QTest::keyClicks(QApplication::focusWidget(), "neue n");
+    Settle();
+    EXPECT_EQ(Document->ListBox1.ListIndex(), 0);
+    EXPECT_TRUE(On(Document->ListBox1).hasFocus());
+    EXPECT_FALSE(Document->IsDirty);
+}
+
+TEST_F(Keys, ADoubleClickOpensAFolder) {
+    OpenAndActivate();
+    QListView& rows = On<QListView>(Document->ListBox1);
+    const auto doubleClick = [&](int row, int x) {
+        const QPoint at(x, rows.visualRect(rows.model()->index(row, 0)).center().y());
+        QTest::mouseClick(rows.viewport(), Qt::LeftButton, {}, at);
+        QTest::mouseDClick(rows.viewport(), Qt::LeftButton, {}, at);
+        Settle();
+    };
+    doubleClick(1, 60);
+    EXPECT_TRUE(Document->ListBox1.Expanded(1));
+    EXPECT_EQ(Document->ListBox1.ListIndex(), 1);
+    doubleClick(2, 60);  // of a platform
+    EXPECT_EQ(Document->ListBox1.ListIndex(), 2);
+    doubleClick(1, 60);
+    EXPECT_FALSE(Document->ListBox1.Expanded(1));
+    doubleClick(1, 8);  // two clicks on the triangle
+    EXPECT_FALSE(Document->ListBox1.Expanded(1));
+}
+
 TEST_F(Keys, TheListHasAFrameWhereNoRowShowsTheFocus) {
     OpenAndActivate();
     QListView& rows = On<QListView>(Document->ListBox1);

@@ -191,6 +191,10 @@ void Listbox::UserExpand(int64_t row, bool expanded) {
     if (HasRow(row)) ByUser([&] { SetExpanded(row, expanded); });
 }
 
+void Listbox::UserEdit() {
+    if (mListIndex >= 0) ByUser([&] { Raise(EditRow); });
+}
+
 void Listbox::UserScroll(int64_t row) {
     ByUser([&] { SetScrollPosition(row); });
 }

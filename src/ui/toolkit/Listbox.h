@@ -70,6 +70,8 @@ class Listbox : public Control {
     std::function<bool(int64_t row, int column, int x, int y)> CellClick;
     /// Before the text of a row is drawn; true: the handler has dealt with the cell.
     std::function<bool(Graphics& g, int64_t row, int column, int x, int y)> CellTextPaint;
+    /// The user wants to edit what the selected row stands for.
+    std::function<void()> EditRow;
     /// What assistive technology reads out for a row. Has no effect on the row.
     std::function<String(int64_t row)> DescribeRow;
 
@@ -79,6 +81,8 @@ class Listbox : public Control {
     void UserClick(int64_t row, int x, int y);
     void UserSelect(int64_t row);
     void UserExpand(int64_t row, bool expanded);
+    /// Does nothing while no row is selected.
+    void UserEdit();
     void UserScroll(int64_t row);
     /// Lets the owner choose text, colour and style of a row. True: nothing is left to draw but the icons.
     bool PaintCell(Graphics& g, int64_t row, int x, int y);
