@@ -161,6 +161,7 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     void LocalizedValueField_TextChange();
     void SimpleSplitter1_Moved();
     void SimpleSplitter2_Moved();
+    void SearchField_GoOn();
     void HistoryFilter_Change();
     bool SearchOptionsMenu_MouseDown();
 
@@ -173,6 +174,7 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     }
     void BringDirtyInStep();
     void RefreshAfterImport();
+    bool mChosenSinceSearch = false;    ///< a row, by anything else than the search itself
     std::unique_ptr<Journal> mJournal;  ///< until the window is closed
     void RebuildScriptsMenu();
     std::optional<uint64_t> mScriptsShownIn;  ///< the operation that the Scripts menu was last rebuilt in

@@ -56,6 +56,7 @@ void MainWindow::SetUpControls() {
     DefaultValueLabel.SetText("&Default Value:");
     TranslationText.SetText("Translation:");
     StaticText3.SetText("&Search:");
+    StaticText3.SecondKey = "Cmd+F";
     StaticText4.SetText("Name:");
     HistoryDefaultValueLabel.SetText("Untitled");
     NameField.SetText("No Selection");
@@ -102,6 +103,10 @@ void MainWindow::BindEvents() {
     };
     SearchField.TextChange = [this] {
         FilterStrings();
+        mChosenSinceSearch = false;
+    };
+    SearchField.GoOn = [this] {
+        SearchField_GoOn();
     };
     HistoryFilter.Change = [this] {
         HistoryFilter_Change();
@@ -124,6 +129,7 @@ void MainWindow::BindEvents() {
     };
     StaticText3.AcceleratorKey = [this] {
         SearchField.SetFocus();
+        App().Desktop().Edit(SearchField, EditCommand::SelectAll);  // what is typed next replaces it
     };
     // Meant: the label takes the focus itself, so the key leads away from the field below it.
     TranslationText.AcceleratorKey = [this] {

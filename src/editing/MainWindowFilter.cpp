@@ -51,6 +51,13 @@ void MainWindow::FilterStrings() {
     ListBox1.SetScrollPosition(LastScrollPosition);
 }
 
+/// On to the first row in sight, unless the search was left before for the row that is selected.
+void MainWindow::SearchField_GoOn() {
+    if (ListBox1.ListCount() == 0) return;
+    if (!mChosenSinceSearch || ListBox1.ListIndex() < 0) ListBox1.SetListIndex(ListBox1.ScrollPosition());
+    ListBox1.SetFocus();
+}
+
 void MainWindow::AddMatches(const SharedText& identifier, const PlatformTable& entry, const Finder& term) {
     const SearchScopes scopes{NameChecked, DefaultChecked, TranslatedChecked};
     if (MatchesName(identifier, term, scopes)) {

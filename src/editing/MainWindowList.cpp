@@ -50,6 +50,7 @@ bool MainWindow::ListBox1_CellClick(int64_t row) {
 }
 
 void MainWindow::ListBox1_Change() {
+    mChosenSinceSearch = true;
     if (ListBox1.ListIndex() < 0)
         ShowNoSelection();
     else

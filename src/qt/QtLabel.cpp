@@ -72,7 +72,7 @@ class QtLabel : public ControlView {
             QString text = ToQt(ReplaceLineEndings(mControl.Text(), "\n"));
             if (!mControl.Mnemonic) text.replace(QStringLiteral("&"), QStringLiteral("&&"));
             mLabel.SetMarkedText(text);
-            mShortcut.setKey(QKeySequence::mnemonic(text));
+            mShortcut.setKeys({QKeySequence::mnemonic(text), ShortcutKeys(mControl.SecondKey)});
         }
         if (!changed.Has(Aspect::Style)) return;
         QFont font = mLabel.font();

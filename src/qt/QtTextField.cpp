@@ -12,19 +12,34 @@ namespace {
 
 class LineEdit : public QLineEdit {
   public:
-    explicit LineEdit(QtWindow& window) : QLineEdit(&window.Content()), mWindow(window) {}
+    LineEdit(TextField& control, QtWindow& window)
+        : QLineEdit(&window.Content()), mControl(control), mWindow(window) {}
 
   protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == 0;
+        if (plain && event->key() == Qt::Key_Escape && !text().isEmpty() && !isReadOnly())
+            clear();
+        else if (plain && mControl.GoOn && LeadsOn(event->key()))
+            mControl.UserGoOn();
+        else
+            QLineEdit::keyPressEvent(event);
+    }
     void contextMenuEvent(QContextMenuEvent* event) override { mWindow.PopUpEditMenu(event->globalPos()); }
 
   private:
+    static bool LeadsOn(int key) {
+        return key == Qt::Key_Down || key == Qt::Key_Return || key == Qt::Key_Enter;
+    }
+
+    TextField& mControl;
     QtWindow& mWindow;
 };
 
 }  // namespace
 
 QtTextField::QtTextField(TextField& control, QtWindow& window)
-    : ControlView(control, window, *new LineEdit(window)),
+    : ControlView(control, window, *new LineEdit(control, window)),
       mControl(control),
       mEdit(static_cast<QLineEdit&>(Widget())),
       mShown(control) {

@@ -138,6 +138,47 @@ TEST_F(Keys, AMenuOrAnotherWindowDoesNotMakeTheStandInTheOwner) {
     EXPECT_EQ(Document->Focus(), &Document->ListBox1);
 }
 
+TEST_F(Keys, TheSearchIsReplacedEmptiedAndLeftForItsRows) {
+    OpenAndActivate();
+    auto& search = On<QLineEdit>(Document->SearchField);
+    Document->SearchField.SetText("datei");
+    const std::pair<Qt::Key, Qt::KeyboardModifier> ways[] = {{Qt::Key_S, Qt::AltModifier},
+                                                             {Qt::Key_F, Qt::ControlModifier}};
+    for (const auto& [key, modifier] : ways) {
+        Document->ListBox1.SetFocus();
+        Settle();
+        for (int time = 0; time < 2; ++time) {  // also where it has the keyboard already
+            Press(key, modifier);
+            EXPECT_TRUE(search.hasFocus());
+            EXPECT_EQ(search.selectedText(), "datei");
+            search.deselect();
+        }
+    }
+    Press(Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClicks(&search, "note");
+    Settle();
+    EXPECT_EQ(Document->SearchField.Text(), "note");
+    const int64_t found = Document->ListBox1.ListCount();
+    ASSERT_GT(found, 2);
+
+    Press(Qt::Key_Down, {}, 3);
+    EXPECT_TRUE(On(Document->ListBox1).hasFocus());
+    EXPECT_EQ(Document->ListBox1.ListIndex(), 2);
+    Press(Qt::Key_F, Qt::ControlModifier);
+    Press(Qt::Key_Return);
+    EXPECT_TRUE(On(Document->ListBox1).hasFocus());
+    EXPECT_EQ(Document->ListBox1.ListIndex(), 2);
+
+    Press(Qt::Key_F, Qt::ControlModifier);
+    Press(Qt::Key_Escape);
+    EXPECT_EQ(Document->SearchField.Text(), "");
+    EXPECT_GT(Document->ListBox1.ListCount(), found);
+    EXPECT_TRUE(search.hasFocus());
+    QTest::keyClicks(&search, "nothing has this text");
+    Press(Qt::Key_Down);
+    EXPECT_TRUE(search.hasFocus());
+}
+
 TEST_F(Keys, TheListLeadsToTheTranslation) {
     OpenAndActivate();
     const QWidget& field = On(Document->LocalizedValueField);

@@ -25,6 +25,7 @@ class Label : public Control {
     bool Transparent = true;
     bool Mnemonic = true;  ///< false: "&" is an ordinary character, for texts that are data
     TextAlignment Alignment = TextAlignment::Left;
+    String SecondKey;  ///< does what the mnemonic does, such as "Cmd+F"; not shown
 
     /// The mnemonic was pressed.
     std::function<void()> AcceleratorKey;

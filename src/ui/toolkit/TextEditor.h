@@ -43,6 +43,12 @@ class TextField : public TextEditor {
   public:
     using TextEditor::TextEditor;
     void Accept(ControlVisitor& visitor) override { visitor.Visit(*this); }
+
+    /// The user is done with it and wants to go on to what it is for.
+    std::function<void()> GoOn;
+    void UserGoOn() {
+        ByUser([this] { Raise(GoOn); });
+    }
 };
 
 /// Several lines, in one colour or in runs of colour.
