@@ -41,7 +41,10 @@ class MnemonicLabel : public QLabel {
                           (wordWrap() ? Qt::TextWordWrap : Qt::TextSingleLine);
         style()->drawItemText(&painter, contentsRect(), flags, palette(), isEnabled(), mMarked,
                               foregroundRole());
+        if (hasFocus()) DrawFocusFrame(painter, *this);
     }
+    void focusInEvent(QFocusEvent*) override { update(); }
+    void focusOutEvent(QFocusEvent*) override { update(); }
 
   private:
     QString mMarked;

@@ -251,4 +251,21 @@ TEST_F(Keys, TheListHasAFrameWhereNoRowShowsTheFocus) {
     EXPECT_FALSE(framed());
 }
 
+TEST_F(Keys, TheTranslationsMnemonicShowsWhereItLeads) {
+    OpenAndActivate();
+    QWidget& label = On(Document->TranslationText);
+    const QImage before = label.grab().toImage();
+    for (const int64_t row : {-1, 0}) {
+        Document->ListBox1.SetListIndex(row);
+        Document->ListBox1.SetFocus();
+        Settle();
+        Press(Qt::Key_T, Qt::AltModifier);
+        EXPECT_TRUE(label.hasFocus());
+        EXPECT_NE(label.grab().toImage(), before);
+    }
+    Document->ListBox1.SetFocus();
+    Settle();
+    EXPECT_EQ(label.grab().toImage(), before);
+}
+
 }  // namespace sorbel
