@@ -63,6 +63,14 @@ void PlainTextEdit::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+/// The toolkit would change the size of this text alone.
+void PlainTextEdit::wheelEvent(QWheelEvent* event) {
+    if (event->modifiers().testFlag(Qt::ControlModifier))
+        event->ignore();
+    else
+        QTextEdit::wheelEvent(event);
+}
+
 void PlainTextEdit::contextMenuEvent(QContextMenuEvent* event) {
     const bool mouse = event->reason() == QContextMenuEvent::Mouse;
     const QTextCursor at = mouse ? cursorForPosition(event->pos()) : textCursor();
@@ -72,6 +80,7 @@ void PlainTextEdit::contextMenuEvent(QContextMenuEvent* event) {
 /// The toolkit repaints the cursor only, but the focus shows all around.
 void PlainTextEdit::focusInEvent(QFocusEvent* event) {
     QTextEdit::focusInEvent(event);
+    mEnterHeldOver = true;
     viewport()->update();
 }
 
@@ -80,7 +89,6 @@ void PlainTextEdit::focusOutEvent(QFocusEvent* event) {
     viewport()->update();
 }
 
-    mEnterHeldOver = true;
 MenuChoices PlainTextEdit::SuggestionsAt(int position) {
     const auto word = mSpelling && !isReadOnly() ? mSpelling->MarkedWord(position) : std::nullopt;
     if (!word) return {};

@@ -22,6 +22,7 @@ class PlainTextEdit : public QTextEdit {
     QMimeData* createMimeDataFromSelection() const override;
     bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -33,7 +34,7 @@ class PlainTextEdit : public QTextEdit {
 
     QtWindow& mWindow;
     SpellHighlighter* mSpelling = nullptr;
-};
     bool mEnterHeldOver = false;  ///< Enter has not been let go since it led here
+};
 
 }  // namespace sorbel

@@ -1,12 +1,32 @@
 #include "qt/QtPopupMenu.h"
 
+#include <QWheelEvent>
+
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
 
 namespace sorbel {
 
+namespace {
+
+/// The wheel is for it only after the user has gone to it: on the way past it, it would change the choice.
+class ComboBox : public QComboBox {
+  public:
+    explicit ComboBox(QtWindow& window) : QComboBox(&window.Content()) { setFocusPolicy(Qt::StrongFocus); }
+
+  protected:
+    void wheelEvent(QWheelEvent* event) override {
+        if (hasFocus())
+            QComboBox::wheelEvent(event);
+        else
+            event->ignore();
+    }
+};
+
+}  // namespace
+
 QtPopupMenu::QtPopupMenu(PopupMenu& control, QtWindow& window)
-    : ControlView(control, window, *new QComboBox(&window.Content())),
+    : ControlView(control, window, *new ComboBox(window)),
       mControl(control),
       mBox(static_cast<QComboBox&>(Widget())) {
     mBox.setAccessibleDescription(

@@ -19,6 +19,8 @@ QtTextArea::QtTextArea(TextArea& control, QtWindow& window)
       mEdit(static_cast<QTextEdit&>(Widget())),
       mShown(control) {
     mEdit.setTabChangesFocus(!control.AllowTabs);
+    if (control.AllowTabs)
+        mEdit.setToolTip(QStringLiteral("Tab types a tab. Ctrl+Tab and Shift+Tab lead out of this field."));
     mEdit.setReadOnly(control.ReadOnly);
     if (control.ReadOnly)
         mEdit.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

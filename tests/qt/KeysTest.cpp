@@ -268,4 +268,30 @@ TEST_F(Keys, TheTranslationsMnemonicShowsWhereItLeads) {
     EXPECT_EQ(label.grab().toImage(), before);
 }
 
+TEST_F(Keys, TheWheelChangesNothingInPassing) {
+    OpenAndActivate();
+    ASSERT_GT(Document->HistoryFilter.ListCount(), 1);
+    const auto wheel = [](QWidget& over, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent event({5, 5}, over.mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&over, &event);
+        Settle();
+    };
+    QWidget& versions = On(Document->HistoryFilter);
+    wheel(versions, {});
+    EXPECT_EQ(Document->HistoryFilter.ListIndex(), 0);
+    EXPECT_FALSE(versions.hasFocus());
+    for (const TextArea* pane : {&Document->DefaultValueFieldLong, &Document->LocalizedValueField}) {
+        auto& text = On<QTextEdit>(*pane);
+        const double size = text.currentFont().pointSizeF();
+        wheel(*text.viewport(), Qt::ControlModifier);
+        EXPECT_EQ(text.currentFont().pointSizeF(), size) << pane->Name();
+        EXPECT_EQ(text.font(), QApplication::font(&text));
+    }
+    Document->HistoryFilter.SetFocus();
+    Settle();
+    wheel(versions, {});
+    EXPECT_EQ(Document->HistoryFilter.ListIndex(), 1);
+}
+
 }  // namespace sorbel

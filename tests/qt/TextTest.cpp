@@ -203,6 +203,7 @@ TEST_F(Text, TabLeavesOrStaysAsTheFieldSays) {
     EXPECT_EQ(Small->Area.Text(), "\t");
     QTest::keyClick(&Edit(), Qt::Key_Tab, Qt::ControlModifier);
     EXPECT_EQ(Small->Focus(), &Small->Field);
+    EXPECT_TRUE(Edit().toolTip().contains("Ctrl+Tab"));  // who has typed a tab wonders how to get out
     FocusArea();
     QTest::keyClick(&Edit(), Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(Small->Focus(), &Small->List);
