@@ -59,6 +59,7 @@ class Keys : public testing::Test {
 TEST_F(Keys, ScriptsHaveThemAsSoonAsADocumentIsOpen) {
     WriteContents(*Scripting::ScriptsFolder()->Child("First.sorbel_script"), "");
     Open();
+    ASSERT_FALSE(ScriptsMenu().actions().isEmpty());
     EXPECT_EQ(ScriptsMenu().actions().at(0)->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_1));
 }
 
