@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "exchange/CommandLine.h"
 #include "exchange/Documents.h"
 #include "exchange/ExchangeError.h"
