@@ -9,6 +9,7 @@
 
 #include "platform/Exceptions.h"
 #include "qt/Desktop.h"
+#include "qt/ProgramIcon.h"
 #include "qt/QtDialogs.h"
 #include "qt/QtMenus.h"
 #include "qt/QtWindow.h"
@@ -50,6 +51,11 @@ QtBackend::~QtBackend() {
     for (const auto& [window, view] : mWindows)
         delete view;
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // windows closed at the very end
+}
+
+void QtBackend::Serve(Application& app) {
+    mApp = &app;
+    QApplication::setWindowIcon(ProgramIcon());
 }
 
 QtWindow* QtBackend::ViewOf(const Window* window) const {

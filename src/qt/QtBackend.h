@@ -20,7 +20,7 @@ class QtBackend : public QObject, public Backend {
     ~QtBackend() override;
 
     /// The program whose desktop this is; called once, before any window. It must outlive the event loop.
-    void Serve(Application& app) { mApp = &app; }
+    void Serve(Application& app);
     /// The program goes on when its last window is closed, since it can be asked for a window again.
     bool StaysWithoutWindows = false;
     /// What is on the screen for a window, or null.
