@@ -126,7 +126,8 @@ void QtBackend::MsgBox(StringView text) {
 
 const MessageDialogButton* QtBackend::Show(const MessageDialog& dialog, Window* within) {
     const Waiting waiting(*this);
-    const MessageAnswer answer = RunMessage(dialog, ParentFor(within), within != nullptr);
+    const QString title = within ? ToQt(within->Title()) : QCoreApplication::applicationName();
+    const MessageAnswer answer = RunMessage(dialog, title, ParentFor(within), within != nullptr);
     mLeftByEscape = answer.ByEscape;
     return answer.Button;
 }

@@ -1,6 +1,7 @@
 #include "qt/QtDialogs.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QFileDialog>
@@ -16,6 +17,7 @@
 #include <vector>
 
 #include "platform/FileType.h"
+#include "qt/MessageLook.h"
 #include "qt/Text.h"
 
 namespace sorbel {
@@ -164,14 +166,18 @@ void RunMessage(StringView text, QWidget* parent) {
     auto* box = new TextBox(parent);
     box->setTextFormat(Qt::PlainText);
     box->setText(ToQt(text));
+    box->setIcon(QMessageBox::Critical);
     box->setStandardButtons(QMessageBox::Ok);
+    SetTitle(*box, QCoreApplication::applicationName());
     (void)Run(box, false);
 }
 
-MessageAnswer RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet) {
+MessageAnswer RunMessage(const MessageDialog& dialog, const QString& title, QWidget* parent, bool sheet) {
     auto* box = new MessageBox(parent);
     box->setTextFormat(Qt::PlainText);
     box->setText(ToQt(dialog.Message));
+    const bool caution = dialog.Type == MessageDialog::Kind::Caution;
+    box->setIcon(caution ? QMessageBox::Warning : QMessageBox::Question);
     box->setInformativeText(ToQt(dialog.Explanation));
     const std::array<std::pair<const MessageDialogButton*, QMessageBox::ButtonRole>, 3> roles = {{
         {&dialog.ActionButton, QMessageBox::AcceptRole},
@@ -187,6 +193,7 @@ MessageAnswer RunMessage(const MessageDialog& dialog, QWidget* parent, bool shee
         if (button->Default) box->setDefaultButton(shown);
         if (button->Cancel) box->setEscapeButton(shown);
     }
+    SetTitle(*box, title);
     const std::unique_ptr<MessageBox> done = Run(box, sheet);
     if (!done) return {};
     MessageAnswer answer{nullptr, done->LeftByEscape()};

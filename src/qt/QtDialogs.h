@@ -17,7 +17,8 @@ struct MessageAnswer {
 // Dialogs on a parent widget, which may be null. They wait until the user is done.
 
 void RunMessage(StringView text, QWidget* parent);
-[[nodiscard]] MessageAnswer RunMessage(const MessageDialog& dialog, QWidget* parent, bool sheet);
+[[nodiscard]] MessageAnswer RunMessage(const MessageDialog& dialog, const QString& title, QWidget* parent,
+                                       bool sheet);
 [[nodiscard]] std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, bool sheet);
 [[nodiscard]] std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, QWidget* parent);
 

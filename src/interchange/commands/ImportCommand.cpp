@@ -56,6 +56,7 @@ bool MainWindow::AskLanguage(StringView importedLanguage) {
     const String current = NameAndCode(StringSet->Language);
     const String imported = NameAndCode(importedLanguage);
     MessageDialog dialog;
+    dialog.Type = MessageDialog::Kind::Caution;
     dialog.Message = "The file selected is not the same language as the current file.";
     dialog.Explanation = "The current file is " + current + " but the file being imported is " + imported +
                          ". Select which language to use, or click cancel to cancel the import.";

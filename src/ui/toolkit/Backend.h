@@ -41,6 +41,7 @@ class Backend {
     virtual void ShowWaiting() {}
 
     // --- Dialogs; `within` is the window whose sheet it is, or null ---
+    /// Tells of a failure.
     virtual void MsgBox(StringView text) = 0;
     virtual const MessageDialogButton* Show(const MessageDialog& dialog, Window* within) = 0;
     /// Whether the user left the last message dialog with the Escape key, whichever button that stood for.

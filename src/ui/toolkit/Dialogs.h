@@ -20,6 +20,12 @@ struct MessageDialogButton {
 /// A question with up to three buttons.
 class MessageDialog {
   public:
+    enum class Kind {
+        Question,
+        Caution,  ///< something may not be what the user takes it for
+    };
+
+    Kind Type = Kind::Question;
     String Message;
     String Explanation;
     MessageDialogButton ActionButton{"OK", true, true, false};
