@@ -133,13 +133,21 @@ const MessageDialogButton* QtBackend::Show(const MessageDialog& dialog, Window* 
 }
 
 std::shared_ptr<FolderItem> QtBackend::Show(const OpenDialog& dialog, Window* within) {
-    const Waiting waiting(*this);
-    return RunOpen(dialog, ParentFor(within), within != nullptr);
+    return AskFile(
+        [&](const QString& folder) { return RunOpen(dialog, folder, ParentFor(within), within != nullptr); });
 }
 
 std::shared_ptr<FolderItem> QtBackend::AskSaveFile(StringView filter, StringView defaultName) {
+    return AskFile(
+        [&](const QString& folder) { return RunSave(filter, defaultName, folder, ParentFor(nullptr)); });
+}
+
+std::shared_ptr<FolderItem> QtBackend::AskFile(
+    const std::function<std::shared_ptr<FolderItem>(const QString&)>& ask) {
     const Waiting waiting(*this);
-    return RunSave(filter, defaultName, ParentFor(nullptr));
+    std::shared_ptr<FolderItem> file = ask(mFolder.First(mApp));
+    if (file) mFolder.Used(*file);
+    return file;
 }
 
 MenuItem* QtBackend::PopUp(MenuItem& menu, int x, int y) {

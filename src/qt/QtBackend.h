@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 #include <map>
 
 #include "qt/DesktopNotices.h"
+#include "qt/DialogFolder.h"
 #include "qt/QtTheme.h"
 #include "ui/toolkit/Application.h"
 
@@ -55,6 +57,9 @@ class QtBackend : public QObject, public Backend {
   private:
     class Waiting;
     [[nodiscard]] QWidget* ParentFor(Window* within) const;
+    /// Runs a file dialog that begins in the folder given.
+    std::shared_ptr<FolderItem> AskFile(
+        const std::function<std::shared_ptr<FolderItem>(const QString& folder)>& ask);
     void AppearanceChanged();
     void EndIfDone();
     void ShowBusy();
@@ -64,6 +69,7 @@ class QtBackend : public QObject, public Backend {
     QtTheme mTheme;
     DesktopNotices mNotices{QDBusConnection::sessionBus()};
     std::map<const Window*, QtWindow*> mWindows;
+    DialogFolder mFolder;
     int mDialogs = 0;  ///< under way
     int mBusy = 0;     ///< pieces of work that go on, one inside the other
     bool mShowsBusy = false;

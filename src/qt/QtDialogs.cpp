@@ -118,8 +118,9 @@ class TextBox : public QMessageBox {
 /// chosen like a file.
 class FileDialog : public QFileDialog {
   public:
-    FileDialog(QWidget* parent, StringView filter) : QFileDialog(parent), mTypes(TypesOf(filter)) {
-        setNameFilters(NameFilters(filter));
+    FileDialog(QWidget* parent, const QString& folder, StringView filter, bool allFiles)
+        : QFileDialog(parent, {}, folder), mTypes(TypesOf(filter)) {
+        setNameFilters(NameFilters(filter, allFiles));
         for (const auto* type : mTypes)
             if (type->Matches(".app")) setOption(DontUseNativeDialog);
     }
@@ -149,7 +150,7 @@ class FileDialog : public QFileDialog {
 
 }  // namespace
 
-QStringList NameFilters(StringView filter) {
+QStringList NameFilters(StringView filter, bool allFiles) {
     QStringList names, patterns, filters;
     for (const FileType* type : TypesOf(filter)) {
         names += ToQt(type->Name);
@@ -158,15 +159,15 @@ QStringList NameFilters(StringView filter) {
     }
     if (filters.size() > 1)
         filters.prepend(QStringLiteral("%1 (%2)").arg(names.join(QStringLiteral(", ")), patterns.join(u' ')));
-    filters += QStringLiteral("All Files (*)");
+    if (allFiles) filters += QStringLiteral("All Files (*)");
     return filters;
 }
 
 void RunMessage(StringView text, QWidget* parent) {
     auto* box = new TextBox(parent);
     box->setTextFormat(Qt::PlainText);
-    box->setText(ToQt(text));
     box->setIcon(QMessageBox::Critical);
+    box->setText(ToQt(text));
     box->setStandardButtons(QMessageBox::Ok);
     SetTitle(*box, QCoreApplication::applicationName());
     (void)Run(box, false);
@@ -175,9 +176,9 @@ void RunMessage(StringView text, QWidget* parent) {
 MessageAnswer RunMessage(const MessageDialog& dialog, const QString& title, QWidget* parent, bool sheet) {
     auto* box = new MessageBox(parent);
     box->setTextFormat(Qt::PlainText);
-    box->setText(ToQt(dialog.Message));
     const bool caution = dialog.Type == MessageDialog::Kind::Caution;
     box->setIcon(caution ? QMessageBox::Warning : QMessageBox::Question);
+    box->setText(ToQt(dialog.Message));
     box->setInformativeText(ToQt(dialog.Explanation));
     const std::array<std::pair<const MessageDialogButton*, QMessageBox::ButtonRole>, 3> roles = {{
         {&dialog.ActionButton, QMessageBox::AcceptRole},
@@ -202,16 +203,19 @@ MessageAnswer RunMessage(const MessageDialog& dialog, const QString& title, QWid
     return answer;
 }
 
-std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, bool sheet) {
-    auto* files = new FileDialog(parent, dialog.Filter);
+std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, const QString& folder, QWidget* parent,
+                                    bool sheet) {
+    auto* files = new FileDialog(parent, folder, dialog.Filter, !dialog.OnlyTypes);
     files->setFileMode(QFileDialog::ExistingFile);
     if (!dialog.PromptText.empty()) files->setWindowTitle(ToQt(dialog.PromptText));
     const std::unique_ptr<FileDialog> done = Run(files, sheet);
     return done ? done->File() : nullptr;
 }
 
-std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, QWidget* parent) {
-    auto* files = new FileDialog(parent, filter);
+std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, const QString& folder,
+                                    QWidget* parent) {
+    auto* files = new FileDialog(parent, folder, filter, true);
+    files->setWindowTitle(QStringLiteral("Export"));
     files->setAcceptMode(QFileDialog::AcceptSave);
     files->setFileMode(QFileDialog::AnyFile);
     if (const auto types = TypesOf(filter); !types.empty())

@@ -19,10 +19,13 @@ struct MessageAnswer {
 void RunMessage(StringView text, QWidget* parent);
 [[nodiscard]] MessageAnswer RunMessage(const MessageDialog& dialog, const QString& title, QWidget* parent,
                                        bool sheet);
-[[nodiscard]] std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, QWidget* parent, bool sheet);
-[[nodiscard]] std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName, QWidget* parent);
+[[nodiscard]] std::shared_ptr<FolderItem> RunOpen(const OpenDialog& dialog, const QString& folder,
+                                                  QWidget* parent, bool sheet);
+[[nodiscard]] std::shared_ptr<FolderItem> RunSave(StringView filter, StringView defaultName,
+                                                  const QString& folder, QWidget* parent);
 
-/// The name filters of a file dialog for file types joined by ";": all together first, then one by one.
-[[nodiscard]] QStringList NameFilters(StringView filter);
+/// The name filters of a file dialog for file types joined by ";": all together first, then one by one, then
+/// all files if they are wanted.
+[[nodiscard]] QStringList NameFilters(StringView filter, bool allFiles);
 
 }  // namespace sorbel

@@ -99,6 +99,7 @@ void App::CloseLaunchWindow() {
 bool App::OpenADocument(Window* parent) {
     OpenDialog dialog;
     dialog.Filter = FileTypes1::KestrumLocale() + FileTypes1::NorvaneLocale();
+    dialog.OnlyTypes = true;
     const std::shared_ptr<FolderItem> f = parent ? dialog.ShowModalWithin(*parent) : dialog.ShowModal(*this);
     if (!f) return false;
     OpenDocument(f);

@@ -133,8 +133,9 @@ TEST_F(Menus, ShortcutsAndFilters) {
     EXPECT_TRUE(ShortcutKeys("").isEmpty());
     FileType::Register(
         {{"Old", ".nvl", {}, {}, {}, true, {}, {}}, {"App", ".exe;.app", {}, {}, {}, true, {}, {}}});
-    EXPECT_EQ(NameFilters("old;App").join('|'),
-              "Old, App (*.nvl *.exe *.app)|Old (*.nvl)|App (*.exe *.app)|All Files (*)");
+    const QString types = "Old, App (*.nvl *.exe *.app)|Old (*.nvl)|App (*.exe *.app)";
+    EXPECT_EQ(NameFilters("old;App", true).join('|'), types + "|All Files (*)");
+    EXPECT_EQ(NameFilters("old;App", false).join('|'), types);
 }
 
 }  // namespace sorbel

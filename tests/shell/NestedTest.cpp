@@ -54,6 +54,7 @@ TEST_F(Nested, WhileTheOpenCommandAsks) {
     Desktop.Files = {std::nullopt};
     Choose("FileOpen");
     ExpectOnlyTheDocument();
+    EXPECT_TRUE(Desktop.OpenDialogs.back().OnlyTypes);  // other files could not be opened
 }
 
 TEST_F(Nested, WhileTheLaunchWindowsButtonAsks) {

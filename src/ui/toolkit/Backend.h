@@ -47,6 +47,7 @@ class Backend {
     /// Whether the user left the last message dialog with the Escape key, whichever button that stood for.
     [[nodiscard]] virtual bool LeftByEscape() const { return false; }
     virtual std::shared_ptr<FolderItem> Show(const OpenDialog& dialog, Window* within) = 0;
+    /// Where to export to.
     virtual std::shared_ptr<FolderItem> AskSaveFile(StringView filter, StringView defaultName) = 0;
     /// A menu at a point of the screen; the chosen item or null.
     virtual MenuItem* PopUp(MenuItem& menu, int x, int y) = 0;

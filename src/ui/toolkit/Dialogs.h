@@ -41,7 +41,8 @@ class MessageDialog {
 /// Asks for an existing file.
 class OpenDialog {
   public:
-    String Filter;  ///< names of file types, joined by ";"
+    String Filter;           ///< names of file types, joined by ";"
+    bool OnlyTypes = false;  ///< files of no other type are offered
     String PromptText;
 
     /// The file, or null.
