@@ -9,6 +9,7 @@
 #include "qt/QtGraphics.h"
 #include "qt/QtTheme.h"
 #include "qt/Text.h"
+#include "qt/TextMarks.h"
 
 namespace sorbel {
 
@@ -29,10 +30,13 @@ QColor SelectionColor(const QPalette& palette, bool focused) {
     return Legible(grey, palette.color(QPalette::HighlightedText));
 }
 
-/// One line of a text: its line breaks are marks.
+/// One line of a text: its line breaks, tabs and other control characters are marks.
 QString OneLine(const String& text) {
     static const QRegularExpression breaks(QStringLiteral("\r\n|[\r\n\u2028\u2029]"));
-    return ToQt(text).left(LongestLine).replace(breaks, QStringLiteral(" \u23CE "));
+    QString line = ToQt(text).left(LongestLine).replace(breaks, QStringLiteral(" \u23CE "));
+    for (qsizetype at = line.size(); at-- > 0;)
+        if (IsUnseen(line[at])) line.replace(at, 1, MarkFor(line[at]));
+    return line;
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "qt/QtWindow.h"
 #include "qt/SpellHighlighter.h"
+#include "qt/TextMarks.h"
 
 namespace sorbel {
 
@@ -20,6 +21,19 @@ constexpr double LineBreakWidth = 12;
 
 /// An arrow down and back, to be drawn behind the end of a line that runs to the right.
 constexpr std::array<QPointF, 7> LineBreak = {{{11, -4}, {11, 1}, {4, 1}, {7, -2}, {4, 1}, {7, 4}, {4, 1}}};
+
+/// The first line that reaches below a height in the layout.
+int FirstLineBelow(const QTextLayout& layout, double y) {
+    int first = 0, end = layout.lineCount();
+    while (first < end) {
+        const int middle = (first + end) / 2;
+        if (layout.lineAt(middle).rect().bottom() < y)
+            first = middle + 1;
+        else
+            end = middle;
+    }
+    return first;
+}
 
 }  // namespace
 
@@ -108,16 +122,44 @@ void PlainTextEdit::paintEvent(QPaintEvent* event) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(palette().color(QPalette::PlaceholderText));
     QTextBlock block = cursorForPosition({0, 0}).block();
-    for (; block.next().isValid() && PaintLineBreak(painter, block); block = block.next()) {
+    for (; block.isValid() && PaintMarks(painter, block); block = block.next()) {
     }
 }
 
-/// Marks the line break behind a block, which would look like those of the layout. False: below what is seen.
-bool PlainTextEdit::PaintLineBreak(QPainter& painter, const QTextBlock& block) const {
+/// Of a long block only the lines are looked at that are in sight.
+bool PlainTextEdit::PaintMarks(QPainter& painter, const QTextBlock& block) const {
     const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
     const QPointF origin = document()->documentLayout()->blockBoundingRect(block).topLeft() - scrolled;
+    const QTextLayout& layout = *block.layout();
+    if (origin.y() > viewport()->height() || layout.lineCount() == 0) return false;
+    for (int at = FirstLineBelow(layout, -origin.y()); at < layout.lineCount(); ++at) {
+        const QTextLine line = layout.lineAt(at);
+        if (origin.y() + line.y() > viewport()->height()) return false;
+        PaintMarksOfLine(painter, block, line, origin);
+    }
+    if (block.next().isValid()) PaintLineBreak(painter, block, origin);
+    return true;
+}
+
+/// Where the layout leaves nothing but room, or not even that.
+void PlainTextEdit::PaintMarksOfLine(QPainter& painter, const QTextBlock& block, const QTextLine& line,
+                                     const QPointF& origin) const {
+    const QString text = block.text();
+    const double middle = origin.y() + line.y() + line.height() / 2;
+    for (int at = line.textStart(); at < line.textStart() + line.textLength(); ++at) {
+        if (!IsUnseen(text[at])) continue;
+        const QPointF start(origin.x() + line.cursorToX(at), middle);
+        const QPointF end(origin.x() + line.cursorToX(at + 1), middle);
+        if (text[at] == u'\t')
+            PaintTabMark(painter, start, end);
+        else
+            PaintControlMark(painter, text[at], start, end, palette());
+    }
+}
+
+/// Marks the line break behind a block, which would look like those of the layout.
+void PlainTextEdit::PaintLineBreak(QPainter& painter, const QTextBlock& block, const QPointF& origin) const {
     const QTextLine line = block.layout()->lineAt(block.layout()->lineCount() - 1);
-    if (origin.y() > viewport()->height() || !line.isValid()) return false;
     const bool leftward = block.textDirection() == Qt::RightToLeft;
     const double end = origin.x() + line.cursorToX(block.length() - 1);
     painter.save();
@@ -127,7 +169,6 @@ bool PlainTextEdit::PaintLineBreak(QPainter& painter, const QTextBlock& block) c
     if (leftward) painter.scale(-1, 1);
     painter.drawPolyline(LineBreak.data(), static_cast<int>(LineBreak.size()));
     painter.restore();
-    return true;
 }
 
 }  // namespace sorbel

@@ -4,6 +4,8 @@
 
 #include "qt/QtMenus.h"
 
+class QTextLine;
+
 namespace sorbel {
 
 class QtWindow;
@@ -30,7 +32,11 @@ class PlainTextEdit : public QTextEdit {
 
   private:
     [[nodiscard]] MenuChoices SuggestionsAt(int position);
-    bool PaintLineBreak(QPainter& painter, const QTextBlock& block) const;
+    /// Marks what cannot be seen of a block. False: it lies below what is shown.
+    bool PaintMarks(QPainter& painter, const QTextBlock& block) const;
+    void PaintLineBreak(QPainter& painter, const QTextBlock& block, const QPointF& origin) const;
+    void PaintMarksOfLine(QPainter& painter, const QTextBlock& block, const QTextLine& line,
+                          const QPointF& origin) const;
 
     QtWindow& mWindow;
     SpellHighlighter* mSpelling = nullptr;
