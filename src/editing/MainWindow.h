@@ -158,12 +158,15 @@ class MainWindow : public Window, public Listener, public FrontDocument {
     bool ListBox1_CellClick(int64_t row);
     bool ListBox1_CellTextPaint(Graphics& g, int64_t row);
     [[nodiscard]] String ListBox1_DescribeRow(int64_t row) const;
+    [[nodiscard]] String ListBox1_PictureTip(int64_t row) const;
+    [[nodiscard]] String ListBox1_CellTip(int64_t row, int x, int width) const;
     void LocalizedValueField_TextChange();
     void SimpleSplitter1_Moved();
     void SimpleSplitter2_Moved();
     void SearchField_GoOn();
     void HistoryFilter_Change();
     bool SearchOptionsMenu_MouseDown();
+    [[nodiscard]] String SearchOptionsMenu_Tip() const;
 
     void ShowNoSelection();
     void ShowSelectedRow(int64_t row);

@@ -95,6 +95,12 @@ void MainWindow::BindEvents() {
     ListBox1.DescribeRow = [this](int64_t row) {
         return ListBox1_DescribeRow(row);
     };
+    ListBox1.PictureTip = [this](int64_t row) {
+        return ListBox1_PictureTip(row);
+    };
+    ListBox1.CellTip = [this](int64_t row, int x, int width) {
+        return ListBox1_CellTip(row, x, width);
+    };
     LocalizedValueField.TextChange = [this] {
         LocalizedValueField_TextChange();
     };
@@ -119,6 +125,9 @@ void MainWindow::BindEvents() {
     };
     SearchOptionsMenu.Open = [this] {
         SearchOptionsMenu.Icon = Icons::GetIcon("OptionsMenu");
+    };
+    SearchOptionsMenu.Tip = [this] {
+        return SearchOptionsMenu_Tip();
     };
     SearchOptionsMenu.MouseDown = [this](int, int) {
         return SearchOptionsMenu_MouseDown();

@@ -86,6 +86,15 @@ bool MainWindow::SearchOptionsMenu_MouseDown() {
     return true;
 }
 
+String MainWindow::SearchOptionsMenu_Tip() const {
+    String scopes;
+    for (const auto& [scope, checked] : {std::pair(NameScope, NameChecked),
+                                         {DefaultScope, DefaultChecked},
+                                         {TranslatedScope, TranslatedChecked}})
+        if (checked) scopes += (scopes.empty() ? "Searched: " : ", ") + String(scope);
+    return scopes.empty() ? "Nothing is searched" : scopes;
+}
+
 void MainWindow::FlipScope(StringView caption) {
     if (caption == NameScope) NameChecked = !NameChecked;
     if (caption == DefaultScope) DefaultChecked = !DefaultChecked;

@@ -12,6 +12,13 @@ namespace {
 
 constexpr StringView Ellipsis = "...";
 
+/// Each platform has its own column, so that the icons line up from row to row.
+constexpr struct {
+    int64_t Platform;
+    int FromRight;
+} IconColumns[] = {{PlatformMacOS, 56}, {PlatformWindows, 40}, {PlatformLinux, 24}};
+constexpr int IconWidth = 16;
+
 int64_t WholeWidth(const Graphics& g, StringView text) {
     return static_cast<int64_t>(g.StringWidth(text));
 }
@@ -41,13 +48,8 @@ bool MainWindow::ListBox1_CellTextPaint(Graphics& g, int64_t row) {
     return false;
 }
 
-/// Each platform has its own column, so that the icons line up from row to row.
 void MainWindow::DrawPlatformIcons(Graphics& g, const PlatformTable& entry) const {
-    static constexpr struct {
-        int64_t Platform;
-        int FromRight;
-    } columns[] = {{PlatformMacOS, 56}, {PlatformWindows, 40}, {PlatformLinux, 24}};
-    for (const auto& column : columns) {
+    for (const auto& column : IconColumns) {
         const EntryValue* value = entry.Find(column.Platform);
         if (!value) continue;
         const Color tint =
@@ -65,6 +67,25 @@ String MainWindow::ListBox1_DescribeRow(int64_t row) const {
     if (state.Kind == RowKind::Untranslated || state.Kind == RowKind::Nameless) text += ", not translated";
     if (state.Kind == RowKind::Translated) text += ", translated";
     return text;
+}
+
+String MainWindow::ListBox1_PictureTip(int64_t row) const {
+    return String(PlatformText(ListBox1.NumberTag(row)));
+}
+
+/// What the icon there stands for.
+String MainWindow::ListBox1_CellTip(int64_t row, int x, int width) const {
+    const PlatformTable* entry = StringSet->Entries.Find(ListBox1.TextTag(row));
+    if (!entry || ListBox1.NumberTag(row) != PlatformAny) return {};
+    for (const auto& column : IconColumns) {
+        const int fromLeft = x - (width - column.FromRight);
+        if (fromLeft < 0 || fromLeft >= IconWidth) continue;
+        const EntryValue* value = entry->Find(column.Platform);
+        if (!value) return {};
+        return String(PlatformText(column.Platform)) +
+               (value->Localized.Empty() ? ": not translated" : ": translated");
+    }
+    return {};
 }
 
 String MainWindow::TruncateString(Graphics& g, StringView text, int64_t maxWidth) {

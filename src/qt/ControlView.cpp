@@ -57,6 +57,10 @@ void ControlView::Changed(Aspect aspect) {
     mWindow.ScheduleFlush();
 }
 
+PlacedTip ControlView::TipAt(const QPoint& /*at*/) const {
+    return {mControl.Tip ? ToQt(mControl.Tip()) : QString(), {}};
+}
+
 void ControlView::Flush() {
     if (!mChanged.Any()) return;
     const Aspects changed = std::exchange(mChanged, Aspects());

@@ -22,6 +22,12 @@ class Aspects {
     uint32_t mBits;
 };
 
+/// A text that stands beside the pointer for as long as it stays at a place of a widget.
+struct PlacedTip {
+    QString Text;  ///< as it is; empty for none
+    QRect Place;   ///< empty: all of the widget
+};
+
 /// Shows one control by a widget of its own, which belongs to the window. What the control tells is only
 /// noted; the window's next flush brings the widget in line. Input goes to the control's `User...`
 /// operations.
@@ -41,6 +47,8 @@ class ControlView : public View {
     [[nodiscard]] virtual bool YieldsMenuKeys() const { return false; }
     /// Cut, copy and the like, by a command of the program.
     virtual void Edit(EditCommand /*command*/) {}
+    /// What is told at a place of the widget where the pointer rests.
+    [[nodiscard]] virtual PlacedTip TipAt(const QPoint& at) const;
 
   protected:
     /// Brings the widget in line but for what all controls have in common. The widget's signals are blocked.

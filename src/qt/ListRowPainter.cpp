@@ -71,6 +71,28 @@ std::optional<ListRowPainter::TextStyle> ListRowPainter::PaintCell(QPainter& pai
     return style;
 }
 
+QRect ListRowPainter::TextRect(const TextStyle& style, const QRect& place) const {
+    return place.adjusted(style.Left, 0, -mUnits.ToPixels(Gap), 0);
+}
+
+QRect ListRowPainter::PictureRect(int row, const QRect& place) const {
+    if (!mList.RowPicture(row)) return {};
+    const int left = place.left() + mUnits.ToPixels(TriangleLeft + Indent + mList.Depth(row) * Indent);
+    return {left, place.top(), mUnits.ToPixels(IconSize), place.height()};
+}
+
+/// The owner is asked for the style as for a paint.
+String ListRowPainter::ElidedText(int row, const QRect& place) const {
+    QPixmap unseen(1, 1);
+    QPainter painter(&unseen);
+    painter.setFont(mView.font());
+    const auto style = PaintCell(painter, row, place);
+    if (!style) return {};
+    const String text = mList.Cell(row);
+    const int width = QFontMetrics(style->Font).horizontalAdvance(OneLine(text));
+    return width > TextRect(*style, place).width() ? text : String();
+}
+
 void ListRowPainter::PaintTriangle(QPainter& painter, int row, const QRect& place) const {
     const QPointF middle = TriangleRect(place).toRectF().center();
     const QPolygonF right({{-2.5, -4}, {3, 0}, {-2.5, 4}});
@@ -97,7 +119,7 @@ void ListRowPainter::PaintText(QPainter& painter, const TextStyle& style, int ro
     painter.setPen(Legible(style.Color.value_or(plain), ground, plain));
     painter.setFont(style.Font);
     painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
-    const QRect room = place.adjusted(style.Left, 0, -mUnits.ToPixels(Gap), 0);
+    const QRect room = TextRect(style, place);
     painter.drawText(room, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine,
                      painter.fontMetrics().elidedText(line, Qt::ElideRight, room.width()));
 }

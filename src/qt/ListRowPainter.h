@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <optional>
 
+#include "platform/Text.h"
+
 namespace sorbel {
 
 class DesignUnits;
@@ -20,6 +22,9 @@ class ListRowPainter {
     void Paint(QPainter& painter, int row, const QRect& place) const;
     /// Where a click opens or closes a folder.
     [[nodiscard]] QRect TriangleRect(const QRect& row) const;
+    [[nodiscard]] QRect PictureRect(int row, const QRect& place) const;
+    /// The text of a row that has no room for all of it, else nothing.
+    [[nodiscard]] String ElidedText(int row, const QRect& place) const;
 
   private:
     void PaintTriangle(QPainter& painter, int row, const QRect& place) const;
@@ -31,6 +36,7 @@ class ListRowPainter {
     };
     [[nodiscard]] std::optional<TextStyle> PaintCell(QPainter& painter, int row, const QRect& place) const;
     void PaintText(QPainter& painter, const TextStyle& style, int row, const QRect& place) const;
+    [[nodiscard]] QRect TextRect(const TextStyle& style, const QRect& place) const;
 
     Listbox& mList;
     const ListView& mView;

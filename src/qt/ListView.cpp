@@ -102,7 +102,7 @@ void ListView::Refresh() {
     viewport()->update();
 }
 
-ListRowPainter ListView::RowPainter() {
+ListRowPainter ListView::RowPainter() const {
     return {mList, *this, mWindow.Theme(), mWindow.Units()};
 }
 
@@ -119,6 +119,13 @@ void ListView::paintEvent(QPaintEvent* event) {
     const QRect selected = RowRect(static_cast<int>(mList.ListIndex()));
     const bool seen = mList.ListIndex() >= 0 && viewport()->rect().intersects(selected);
     if (hasFocus() && !seen) DrawFocusFrame(painter, *viewport());
+}
+
+/// Tips are the affair of the view, not of the rows' data.
+bool ListView::viewportEvent(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QListView::viewportEvent(event);
+    event->ignore();
+    return false;
 }
 
 /// A click takes the text that its row shows, which a paint chooses.

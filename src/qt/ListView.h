@@ -42,6 +42,8 @@ class ListView : public QListView {
     void Refresh();
     /// Opens or closes a folder for the user.
     void OpenRow(int row, bool open);
+    /// Draws rows as they are drawn here.
+    [[nodiscard]] ListRowPainter RowPainter() const;
 
     // The geometry of a view whose rows have one height.
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override { return RowRect(index.row()); }
@@ -60,6 +62,7 @@ class ListView : public QListView {
     [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
 
     void paintEvent(QPaintEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent*) override {}
     void mouseReleaseEvent(QMouseEvent*) override {}
@@ -71,7 +74,6 @@ class ListView : public QListView {
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
   private:
-    [[nodiscard]] ListRowPainter RowPainter();
     bool MoveBy(int key);
     bool OpenOrClose(int key);
     bool Edit(const QKeyEvent& event);

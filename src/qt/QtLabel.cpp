@@ -28,6 +28,9 @@ QString WithoutMarks(const QString& text) {
 class MnemonicLabel : public QLabel {
   public:
     using QLabel::QLabel;
+    [[nodiscard]] bool IsElided() const {
+        return !wordWrap() && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+    }
     void SetMarkedText(const QString& marked) {
         mMarked = marked;
         setText(WithoutMarks(marked));
@@ -39,7 +42,8 @@ class MnemonicLabel : public QLabel {
         QPainter painter(this);
         const int flags = static_cast<int>(alignment().toInt()) | Qt::TextShowMnemonic |
                           (wordWrap() ? Qt::TextWordWrap : Qt::TextSingleLine);
-        style()->drawItemText(&painter, contentsRect(), flags, palette(), isEnabled(), mMarked,
+        const QString shown = IsElided() ? Elided() : mMarked;
+        style()->drawItemText(&painter, contentsRect(), flags, palette(), isEnabled(), shown,
                               foregroundRole());
         if (hasFocus()) DrawFocusFrame(painter, *this);
     }
@@ -47,6 +51,11 @@ class MnemonicLabel : public QLabel {
     void focusOutEvent(QFocusEvent*) override { update(); }
 
   private:
+    [[nodiscard]] QString Elided() const {
+        return fontMetrics().elidedText(mMarked, Qt::ElideRight, contentsRect().width(),
+                                        Qt::TextShowMnemonic);
+    }
+
     QString mMarked;
 };
 
@@ -67,6 +76,12 @@ class QtLabel : public ControlView {
         };
         QObject::connect(&mShortcut, &QShortcut::activated, pressed);
         QObject::connect(&mShortcut, &QShortcut::activatedAmbiguously, pressed);
+    }
+
+    [[nodiscard]] PlacedTip TipAt(const QPoint& at) const override {
+        PlacedTip tip = ControlView::TipAt(at);
+        if (tip.Text.isEmpty() && mLabel.IsElided()) tip.Text = mLabel.text();
+        return tip;
     }
 
   protected:
@@ -117,6 +132,13 @@ class QtSelectableLabel : public ControlView {
         QPalette palette = mEdit.palette();
         palette.setColor(QPalette::Base, Qt::transparent);
         mEdit.setPalette(palette);
+    }
+
+    [[nodiscard]] PlacedTip TipAt(const QPoint& at) const override {
+        PlacedTip tip = ControlView::TipAt(at);
+        const bool cut = mEdit.fontMetrics().horizontalAdvance(mEdit.text()) > mEdit.width();
+        if (tip.Text.isEmpty() && cut) tip.Text = mEdit.text();
+        return tip;
     }
 
   protected:

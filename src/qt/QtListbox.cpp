@@ -2,7 +2,9 @@
 
 #include <QScrollBar>
 
+#include "qt/ListRowPainter.h"
 #include "qt/QtWindow.h"
+#include "qt/Text.h"
 
 namespace sorbel {
 
@@ -33,6 +35,28 @@ void QtListbox::Show(Aspects changed) {
     // The last page cannot be scrolled further up, and following the selection scrolls as well.
     const int top = mView.verticalScrollBar()->value();
     if (top != mControl.ScrollPosition()) Owner().AfterFlush([this, top] { mControl.UserScroll(top); });
+}
+
+PlacedTip QtListbox::TipAt(const QPoint& at) const {
+    const QPoint inRows = mView.viewport()->mapFrom(&mView, at);
+    const QModelIndex index = mView.indexAt(inRows);
+    if (!index.isValid() || !mView.viewport()->rect().contains(inRows)) return {};
+    const QRect place = mView.RowRect(index.row());
+    const String tip = TipOfRow(index.row(), inRows - place.topLeft());
+    return {ToQt(ReplaceLineEndings(tip, "\n")),
+            place.translated(mView.viewport()->mapTo(&mView, QPoint(0, 0)))};
+}
+
+String QtListbox::TipOfRow(int row, const QPoint& inRow) const {
+    const ListRowPainter painter = mView.RowPainter();
+    const QRect place(QPoint(0, 0), mView.RowRect(row).size());
+    if (mControl.PictureTip && painter.PictureRect(row, place).contains(inRow))
+        return mControl.PictureTip(row);
+    const DesignUnits& units = Owner().Units();
+    String told;
+    if (mControl.CellTip)
+        told = mControl.CellTip(row, units.FromPixels(inRow.x()), units.FromPixels(place.width()));
+    return told.empty() ? painter.ElidedText(row, place) : told;
 }
 
 void QtListbox::ShowSelection() {

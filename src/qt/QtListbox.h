@@ -9,11 +9,14 @@ class QtListbox : public ControlView {
   public:
     QtListbox(Listbox& control, QtWindow& window);
 
+    [[nodiscard]] PlacedTip TipAt(const QPoint& at) const override;
+
   protected:
     void Show(Aspects changed) override;
 
   private:
     void ShowSelection();
+    [[nodiscard]] String TipOfRow(int row, const QPoint& inRow) const;
 
     Listbox& mControl;
     ListRows mRows;

@@ -11,6 +11,8 @@
 #include "qt/QtTheme.h"
 #include "ui/toolkit/Window.h"
 
+class QHelpEvent;
+
 namespace sorbel {
 
 /// Shows one window. Whatever changes in it or its controls is shown in one flush, once the program has gone
@@ -75,6 +77,7 @@ class QtWindow : public QMainWindow, public View {
     [[nodiscard]] QWidget* StandIn() const;
     [[nodiscard]] bool MovesFocus(const QFocusEvent& event) const;
     void OpenContextMenu();
+    bool OfferTip(const ControlView& view, QHelpEvent& event);
     void CloseGuests();
     void TakeFront();
     void TakePlace();

@@ -2,12 +2,14 @@
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDropEvent>
+#include <QHelpEvent>
 #include <QMimeData>
 
 #include "qt/Desktop.h"
 #include "qt/QtMenus.h"
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
+#include "qt/Tips.h"
 #include "ui/toolkit/Application.h"
 
 namespace sorbel {
@@ -33,6 +35,8 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
             if (!view->YieldsMenuKeys() || !mMenus || !mMenus->Owns(static_cast<QKeyEvent&>(*event))) break;
             event->ignore();
             return true;
+        case QEvent::ToolTip:
+            return OfferTip(*view, static_cast<QHelpEvent&>(*event));
         default:
             break;
     }
@@ -46,6 +50,15 @@ bool QtWindow::MovesFocus(const QFocusEvent& event) const {
     const bool comesBack =
         event.reason() == Qt::ActiveWindowFocusReason || event.reason() == Qt::PopupFocusReason;
     return !comesBack || !mModel->Focus();
+}
+
+/// False: what the widget itself has to tell comes up, if anything.
+bool QtWindow::OfferTip(const ControlView& view, QHelpEvent& event) {
+    PlacedTip tip;
+    Guard([&] { tip = view.TipAt(event.pos()); });
+    if (tip.Text.isEmpty() && !view.Widget().toolTip().isEmpty()) return false;
+    ShowTip(event, view.Widget(), tip);
+    return true;
 }
 
 void QtWindow::changeEvent(QEvent* event) {

@@ -101,6 +101,25 @@ TEST_F(MainWindowTest, PaintsRowsFromTheirTags) {
     EXPECT_EQ(Paint(1).G.ForeColor, Grey);
 }
 
+TEST_F(MainWindowTest, TellsWhatIconsStandForAndWhatIsSearched) {
+    const Listbox& list = Window.ListBox1;
+    Window.ListBox1.UserExpand(0, true);
+    EXPECT_EQ(list.CellTip(0, 160, 200), "Windows: not translated");
+    EXPECT_EQ(list.CellTip(0, 191, 200), "Linux: translated");
+    EXPECT_EQ(list.CellTip(0, 159, 200), "") << "no value for the Mac, so no icon";
+    EXPECT_EQ(list.CellTip(0, 192, 200), "");
+    EXPECT_EQ(list.CellTip(2, 160, 200), "") << "its icon is the row's picture";
+    EXPECT_EQ(list.PictureTip(2), "Windows");
+
+    EXPECT_EQ(Window.SearchOptionsMenu.Tip(), "Searched: Name, Default Value, Translated Value");
+    Test.Desktop.MenuChoices = {"Name", "Translated Value", "Default Value"};
+    Window.SearchOptionsMenu.UserMouseDown(1, 1);
+    Window.SearchOptionsMenu.UserMouseDown(1, 1);
+    EXPECT_EQ(Window.SearchOptionsMenu.Tip(), "Searched: Default Value");
+    Window.SearchOptionsMenu.UserMouseDown(1, 1);
+    EXPECT_EQ(Window.SearchOptionsMenu.Tip(), "Nothing is searched");
+}
+
 TEST_F(MainWindowTest, ShowsAndReopensTheNoSelectionState) {
     EXPECT_EQ(Window.NameField.Text(), "No Selection");
     EXPECT_TRUE(Window.DefaultValueFieldLong.Enabled());

@@ -80,6 +80,9 @@ class Control {
     [[nodiscard]] const String& AccessibleName() const { return mAccessibleName; }
     void SetAccessibleName(String name) { mAccessibleName = std::move(name); }
 
+    /// What a pointer tells that rests on the control; asked each time. Nothing for the empty text.
+    std::function<String()> Tip;
+
     /// The binding's object for this control, or null; it stays the binding's.
     void Attach(View* view) { mView = view; }
 

@@ -75,6 +75,12 @@ class Listbox : public Control {
     /// What assistive technology reads out for a row. Has no effect on the row.
     std::function<String(int64_t row)> DescribeRow;
 
+    /// What a pointer tells that rests on a row's picture.
+    std::function<String(int64_t row)> PictureTip;
+    /// What it tells at a place of a row, with the width that `CellTextPaint` finds. For the empty text, what
+    /// the row has no room for.
+    std::function<String(int64_t row, int x, int width)> CellTip;
+
     // --- What a user does ---
     /// A click on a row, -1 for below the last: the event, then selecting by number in the list as it stands
     /// then; below the last row, or on one that has gone meanwhile, the selection is cleared or kept empty.
