@@ -8,6 +8,7 @@
 #include "qt/ListView.h"
 #include "qt/QtGraphics.h"
 #include "qt/QtTheme.h"
+#include "qt/ShapedLines.h"
 #include "qt/Text.h"
 #include "qt/TextMarks.h"
 
@@ -118,10 +119,10 @@ void ListRowPainter::PaintText(QPainter& painter, const TextStyle& style, int ro
         selected ? SelectionColor(palette, mView.hasFocus()) : palette.color(QPalette::Base);
     painter.setPen(Legible(style.Color.value_or(plain), ground, plain));
     painter.setFont(style.Font);
-    painter.setLayoutDirection(line.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     const QRect room = TextRect(style, place);
-    painter.drawText(room, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(line, Qt::ElideRight, room.width()));
+    const QStaticText& text = mShapes.Shape(line, style.Font, room.width());
+    painter.drawStaticText(room.left(), room.top() + (room.height() - painter.fontMetrics().height()) / 2,
+                           text);
 }
 
 }  // namespace sorbel

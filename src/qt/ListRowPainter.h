@@ -12,12 +12,14 @@ class Listbox;
 class ListView;
 class QtGraphics;
 class QtTheme;
+class ShapedLines;
 
 /// Draws a row of a list: background, triangle of a folder, picture, and what the list's owner decides.
 class ListRowPainter {
   public:
-    ListRowPainter(Listbox& list, const ListView& view, const QtTheme& theme, const DesignUnits& units)
-        : mList(list), mView(view), mTheme(theme), mUnits(units) {}
+    ListRowPainter(Listbox& list, const ListView& view, const QtTheme& theme, const DesignUnits& units,
+                   ShapedLines& shapes)
+        : mList(list), mView(view), mTheme(theme), mUnits(units), mShapes(shapes) {}
 
     void Paint(QPainter& painter, int row, const QRect& place) const;
     /// Where a click opens or closes a folder.
@@ -42,6 +44,7 @@ class ListRowPainter {
     const ListView& mView;
     const QtTheme& mTheme;
     const DesignUnits& mUnits;
+    ShapedLines& mShapes;
 };
 
 }  // namespace sorbel

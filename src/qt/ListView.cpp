@@ -103,7 +103,7 @@ void ListView::Refresh() {
 }
 
 ListRowPainter ListView::RowPainter() const {
-    return {mList, *this, mWindow.Theme(), mWindow.Units()};
+    return {mList, *this, mWindow.Theme(), mWindow.Units(), mShapes};
 }
 
 void ListView::paintEvent(QPaintEvent* event) {

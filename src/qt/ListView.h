@@ -3,6 +3,7 @@
 #include <QAbstractListModel>
 #include <QListView>
 
+#include "qt/ShapedLines.h"
 #include "ui/toolkit/Listbox.h"
 
 namespace sorbel {
@@ -82,6 +83,7 @@ class ListView : public QListView {
 
     Listbox& mList;
     QtWindow& mWindow;
+    mutable ShapedLines mShapes;
     bool mStale = false;  ///< rows have changed since the last paint
 };
 
