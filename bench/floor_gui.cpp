@@ -7,13 +7,14 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QHash>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QTableView>
-#include <QVBoxLayout>
 #include <QtEndian>
 #include <array>
 #include <cstring>
@@ -95,18 +96,27 @@ class StringTable : public QAbstractTableModel {
     std::vector<size_t> mFoldedStarts;
 };
 
-/// Shows the current row's translation, and lets it be changed.
-void Edit(QPlainTextEdit& translation, QTableView& table, StringTable& strings) {
-    QObject::connect(
-        table.selectionModel(), &QItemSelectionModel::currentRowChanged, &translation,
-        [&](const QModelIndex& current) {
-            const QSignalBlocker ours(translation);
-            const bool any = current.isValid();
-            translation.setPlainText(any ? strings.TextAt(current.row(), StringTable::Translation) : "");
-        });
-    QObject::connect(&translation, &QPlainTextEdit::textChanged, &strings, [&] {
+/// The current row beside the table.
+struct Panes {
+    QLabel Name;
+    QPlainTextEdit Default, Translation;
+};
+
+void Connect(Panes& panes, QTableView& table, StringTable& strings) {
+    panes.Default.setReadOnly(true);
+    QObject::connect(table.selectionModel(), &QItemSelectionModel::currentRowChanged, &strings,
+                     [&](const QModelIndex& current) {
+                         const QSignalBlocker ours(panes.Translation);
+                         const auto text = [&](int column) {
+                             return current.isValid() ? strings.TextAt(current.row(), column) : QString();
+                         };
+                         panes.Name.setText(text(0));
+                         panes.Default.setPlainText(text(1));
+                         panes.Translation.setPlainText(text(StringTable::Translation));
+                     });
+    QObject::connect(&panes.Translation, &QPlainTextEdit::textChanged, &strings, [&] {
         const QModelIndex current = table.currentIndex();
-        if (current.isValid()) strings.SetTranslation(current.row(), translation.toPlainText());
+        if (current.isValid()) strings.SetTranslation(current.row(), panes.Translation.toPlainText());
     });
 }
 
@@ -125,19 +135,21 @@ int main(int count, char** words) {
     StringTable strings(file.readAll());
 
     QWidget window;
-    QVBoxLayout layout(&window);
+    QGridLayout layout(&window);
     QMenuBar menus;
     QLineEdit term;
     QTableView table;
-    QPlainTextEdit translation;
+    Panes panes;
     AddMenu(menus, count == 3 ? QString(words[2]).toInt() : 0);
     table.verticalHeader()->setDefaultSectionSize(20);
     table.setModel(&strings);
-    Edit(translation, table, strings);
+    Connect(panes, table, strings);
     layout.setMenuBar(&menus);
-    layout.addWidget(&term);
-    layout.addWidget(&table, 3);
-    layout.addWidget(&translation, 1);
+    layout.addWidget(&term, 0, 0);
+    layout.addWidget(&table, 1, 0, 2, 1);
+    layout.addWidget(&panes.Name, 0, 1);
+    layout.addWidget(&panes.Default, 1, 1);
+    layout.addWidget(&panes.Translation, 2, 1);
     term.setFocus();
     QObject::connect(&term, &QLineEdit::textChanged, &strings,
                      [&strings](const QString& text) { strings.Filter(text); });
