@@ -14,6 +14,7 @@
 #include "qt/QtMenus.h"
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
+#include "qt/TextReader.h"
 #include "ui/toolkit/TextEditor.h"
 
 namespace sorbel {
@@ -43,6 +44,7 @@ class QtBackend::Waiting {
 QtBackend::QtBackend() {
     QApplication::setQuitOnLastWindowClosed(false);
     qApp->installEventFilter(this);
+    ReadTextsForReadingOnly();
     connect(qApp, &QGuiApplication::commitDataRequest, this, &QtBackend::AskBeforeLogout,
             Qt::DirectConnection);
 }

@@ -1,0 +1,89 @@
+// What assistive technology reads of a document window, and what it can do there.
+#include <QAccessible>
+#include <QTemporaryDir>
+
+#include "Screen.h"
+#include "editing/MainWindow.h"
+#include "platform/SpecialFolder.h"
+#include "shell/Start.h"
+
+namespace sorbel {
+
+class Assist : public testing::Test {
+  protected:
+    Assist() {
+        QAccessible::setActive(true);  // readers are made as early as they can be
+        SpecialFolder::SetResources(SORBEL_BUILD_RESOURCES);
+        SpecialFolder::SetDocuments(FromQt(mDocuments.path()));
+        mApp = MakeApplication(Backend);
+        Backend.Serve(*mApp);
+        mApp->OpenDocument(std::make_shared<FolderItem>(SORBEL_SAMPLES "/Notizbuch.kestrum_locale"));
+        Document = dynamic_cast<MainWindow*>(mApp->FrontWindow());
+        View = Backend.ViewOf(Document);
+        View->activateWindow();
+        Settle();
+    }
+    ~Assist() override { QAccessible::setActive(false); }
+    static void Settle() { QCoreApplication::processEvents(); }
+    QWidget& On(const Control& control) { return View->ViewOf(control)->Widget(); }
+    QAccessibleInterface& Read(const Control& control) {
+        return *QAccessible::queryAccessibleInterface(&On(control));
+    }
+    void Select(int64_t row) {
+        Document->ListBox1.UserSelect(row);
+        Settle();
+    }
+
+    QTemporaryDir mDocuments;
+    QtBackend Backend;
+    std::unique_ptr<Application> mApp;
+    MainWindow* Document = nullptr;
+    QtWindow* View = nullptr;
+};
+
+TEST_F(Assist, TextsForReadingOnlyCannotBeChanged) {
+    Select(0);
+    const struct {
+        const Control& Field;
+        QString Text;
+    } fields[] = {{Document->DefaultValueFieldLong, ToQt(Document->DefaultValueFieldLong.Text())},
+                  {Document->NameField, ToQt(Document->NameField.Text())}};
+    for (const auto& [field, shown] : fields) {
+        QAccessibleInterface& reader = Read(field);
+        ASSERT_GT(shown.size(), 3);
+        EXPECT_TRUE(reader.state().readOnly);
+        EXPECT_FALSE(reader.state().editable);
+        EXPECT_EQ(reader.editableTextInterface(), nullptr);
+        reader.setText(QAccessible::Value, QStringLiteral("changed"));
+        QAccessibleTextInterface& text = *reader.textInterface();
+        EXPECT_EQ(text.text(0, text.characterCount()), shown);
+        EXPECT_EQ(reader.text(QAccessible::Value), shown);
+
+        text.setSelection(0, 1, 3);
+        int start = 0, end = 0;
+        text.selection(0, &start, &end);
+        EXPECT_EQ(text.selectionCount(), 1);
+        EXPECT_EQ(text.text(start, end), shown.mid(1, 2));
+        text.removeSelection(0);
+        EXPECT_EQ(text.selectionCount(), 0);
+        for (const int offset : {0, 2}) {
+            const QRect there = text.characterRect(offset);
+            EXPECT_TRUE(reader.rect().contains(there.center()));
+            EXPECT_EQ(text.offsetAtPoint({there.left() + 1, there.center().y()}), offset);
+        }
+    }
+    EXPECT_NE(Read(Document->LocalizedValueField).editableTextInterface(), nullptr);
+}
+
+TEST_F(Assist, ATextIsReadByTheLinesThatAreSeen) {
+    const std::vector<String> seen{"one\u00A0more\n", String(20, 'a') + " ", String(20, 'b')};
+    Document->DefaultValueFieldLong.SetText(Join(seen, ""));
+    Settle();
+    QAccessibleTextInterface& text = *Read(Document->DefaultValueFieldLong).textInterface();
+    std::vector<String> lines;
+    for (int start = 0, end = 0; end < text.characterCount();)
+        lines.push_back(FromQt(text.textAtOffset(end, QAccessible::LineBoundary, &start, &end)));
+    EXPECT_EQ(lines, seen);
+}
+
+}  // namespace sorbel
