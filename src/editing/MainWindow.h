@@ -124,6 +124,7 @@ class MainWindow : public Window, public Listener, public FrontDocument {
   private:
     void Constructor(const std::shared_ptr<FolderItem>& f);
     void SetUpControls();
+    void SetUpAssistance();
     void BindEvents();
     void AddMenuHandlers();
     void WriteDocument();

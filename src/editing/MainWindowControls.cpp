@@ -35,6 +35,7 @@ MainWindow::MainWindow(Application& app)
       SearchOptionsMenu(*this, "SearchOptionsMenu", {337, 13, 22, 22}, LockLT, 15) {
     Resizeable = true;
     SetUpControls();
+    SetUpAssistance();
     BindEvents();
     AddMenuHandlers();
 }

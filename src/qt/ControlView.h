@@ -43,6 +43,8 @@ class ControlView : public View {
 
     [[nodiscard]] Control& Model() const { return mControl; }
     [[nodiscard]] QWidget& Widget() const { return mWidget; }
+    /// All controls of the window have their views now.
+    virtual void MeetOthers() {}
     /// Whether the menu's keys go to the menu also while this control would take them for itself.
     [[nodiscard]] virtual bool YieldsMenuKeys() const { return false; }
     /// Cut, copy and the like, by a command of the program.

@@ -29,11 +29,15 @@ class MnemonicLabel : public QLabel {
   public:
     using QLabel::QLabel;
     [[nodiscard]] bool IsElided() const {
-        return !wordWrap() && fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+        return !wordWrap() && fontMetrics().horizontalAdvance(mPlain) > contentsRect().width();
     }
+    [[nodiscard]] const QString& Plain() const { return mPlain; }
     void SetMarkedText(const QString& marked) {
         mMarked = marked;
-        setText(WithoutMarks(marked));
+        // With a widget that it names the toolkit looks for marks, too. It shall find none: the key is not
+        // its affair.
+        mPlain = WithoutMarks(marked);
+        setText(buddy() ? QString(mPlain).replace(QStringLiteral("&"), QStringLiteral("&&")) : mPlain);
         update();
     }
 
@@ -56,7 +60,7 @@ class MnemonicLabel : public QLabel {
                                         Qt::TextShowMnemonic);
     }
 
-    QString mMarked;
+    QString mMarked, mPlain;
 };
 
 class QtLabel : public ControlView {
@@ -80,8 +84,12 @@ class QtLabel : public ControlView {
 
     [[nodiscard]] PlacedTip TipAt(const QPoint& at) const override {
         PlacedTip tip = ControlView::TipAt(at);
-        if (tip.Text.isEmpty() && mLabel.IsElided()) tip.Text = mLabel.text();
+        if (tip.Text.isEmpty() && mLabel.IsElided()) tip.Text = mLabel.Plain();
         return tip;
+    }
+
+    void MeetOthers() override {
+        if (mControl.Labelled) mLabel.setBuddy(&Owner().ViewOf(*mControl.Labelled)->Widget());
     }
 
   protected:

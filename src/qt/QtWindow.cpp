@@ -101,6 +101,8 @@ void QtWindow::MakeControls() {
     std::ranges::stable_sort(order, {}, [](const ControlView* view) { return view->Model().TabIndex(); });
     for (size_t index = 1; index < order.size(); ++index)
         setTabOrder(&order[index - 1]->Widget(), &order[index]->Widget());
+    for (const auto& view : mViews)
+        view->MeetOthers();
 }
 
 /// The scripts' keys are known before the desktop makes the window the active one.

@@ -86,4 +86,31 @@ TEST_F(Assist, ATextIsReadByTheLinesThatAreSeen) {
     EXPECT_EQ(lines, seen);
 }
 
+TEST_F(Assist, LabelsNameTheirFields) {
+    const std::pair<const Label&, const Control&> labels[] = {
+        {Document->StaticText3, Document->SearchField},
+        {Document->StaticText4, Document->NameField},
+        {Document->DefaultValueLabel, Document->DefaultValueFieldLong},
+        {Document->HistoryDefaultValueLabel, Document->HistoryDefaultValueFieldLong},
+        {Document->TranslationText, Document->LocalizedValueField}};
+    for (const auto& [label, field] : labels) {
+        const auto ofField = Read(field).relations(QAccessible::Label);
+        ASSERT_EQ(ofField.size(), 1) << field.Name();
+        EXPECT_EQ(ofField[0].first->object(), &On(label));
+        const auto ofLabel = Read(label).relations(QAccessible::Labelled);
+        ASSERT_EQ(ofLabel.size(), 1) << label.Name();
+        EXPECT_EQ(ofLabel[0].first->object(), &On(field));
+    }
+}
+
+TEST_F(Assist, ALabelIsReadAsItIsSeen) {
+    Document->TranslationText.SetText("Tea && Coffee &Translation:");
+    Settle();
+    EXPECT_EQ(Read(Document->TranslationText).text(QAccessible::Name), "Tea & Coffee Translation:");
+    Document->SearchField.SetFocus();
+    Settle();
+    QTest::keyClick(View, Qt::Key_T, Qt::AltModifier);  // is the program's affair, which field or not
+    EXPECT_EQ(Document->Focus(), &Document->TranslationText);
+}
+
 }  // namespace sorbel
