@@ -16,6 +16,7 @@ constexpr StringView TranslatedScope = "Translated Value";
 
 std::unique_ptr<MenuItem> MakeMenu(StringView text, bool checked) {
     auto item = std::make_unique<MenuItem>(String(), String(text));
+    item->Checkable = true;
     item->Checked = checked;
     return item;
 }

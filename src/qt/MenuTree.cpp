@@ -49,7 +49,7 @@ void Describe(QAction& action, const MenuItem& item) {
     action.setText(ToQt(item.Text()).replace(u'\t', u' '));  // a tab would start the column of keys
     if (action.menu()) return;
     action.setShortcuts(KeysOf(item));
-    action.setCheckable(item.Checked);
+    action.setCheckable(item.Checkable || item.Checked);
     action.setChecked(item.Checked);
     action.setMenuRole(RoleOf(item));
 }

@@ -56,7 +56,8 @@ void ScriptsMenu(MenuBar& bar) {
 
 void LocalizationMenu(MenuBar& bar) {
     MenuItem& menu = Add(bar, "LocalizationMenu", "Localization");
-    Add(menu, "LocalizationOnlyShowNonlocalizedStrings", "Only Show Non-localized Strings", "Cmd+K");
+    Add(menu, "LocalizationOnlyShowNonlocalizedStrings", "Only Show Non-localized Strings", "Cmd+K")
+        .Checkable = true;
     Add(Add(menu, "LocalizationLanguage", "Language"), "LanguageMenu", "Languages");
     Add(menu, "LocalizationNextItem", "Next String", "Cmd+]");
     Add(menu, "LocalizationPreviousSring", "Previous String", "Cmd+[");

@@ -1,5 +1,7 @@
 // What assistive technology reads of a document window, and what it can do there.
 #include <QAccessible>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTemporaryDir>
 
 #include "Screen.h"
@@ -111,6 +113,33 @@ TEST_F(Assist, ALabelIsReadAsItIsSeen) {
     Settle();
     QTest::keyClick(View, Qt::Key_T, Qt::AltModifier);  // is the program's affair, which field or not
     EXPECT_EQ(Document->Focus(), &Document->TranslationText);
+}
+
+TEST_F(Assist, CheckItemsAreOnesWhetherOnOrOff) {
+    const QPointer<QAction> filter = View->menuBar()->actions().at(3)->menu()->actions().at(0);
+    QAccessibleInterface* const menu =
+        QAccessible::queryAccessibleInterface(View->menuBar()->actions().at(3)->menu());
+    QAccessibleInterface& item = *menu->child(0);
+    for (const bool on : {false, true, false}) {
+        EXPECT_TRUE(item.state().checkable);
+        EXPECT_EQ(item.state().checked, on);
+        filter->trigger();
+        Settle();
+        ASSERT_TRUE(filter);
+    }
+
+    std::vector<std::pair<bool, bool>> scopes;
+    Document->NameChecked = false;
+    Answer([&scopes](QWidget& popUp) {
+        QAccessibleInterface& scopesMenu = *QAccessible::queryAccessibleInterface(&popUp);
+        for (int index = 0; index < scopesMenu.childCount(); ++index) {
+            const QAccessible::State state = scopesMenu.child(index)->state();
+            scopes.emplace_back(state.checkable, state.checked);
+        }
+        popUp.close();
+    });
+    Document->SearchOptionsMenu.UserMouseDown(1, 1);
+    EXPECT_EQ(scopes, (std::vector<std::pair<bool, bool>>{{true, false}, {true, true}, {true, true}}));
 }
 
 }  // namespace sorbel

@@ -34,6 +34,7 @@ class MenuItem : public std::enable_shared_from_this<MenuItem> {
     String Shortcut;  ///< such as "Cmd+Shift+Z"; empty for none
     bool AutoEnabled = true;
     bool Enabled = true;
+    bool Checkable = false;  ///< has a check mark, on or off; one that is on shows in any item
     bool Checked = false;
     bool Visible = true;
     int64_t Index = 0;
