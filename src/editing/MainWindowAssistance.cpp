@@ -1,5 +1,6 @@
 // What the window tells of itself beyond what it shows.
 #include "editing/MainWindow.h"
+#include "editing/rules/PaneLayout.h"
 
 namespace sorbel {
 
@@ -9,6 +10,12 @@ void MainWindow::SetUpAssistance() {
     DefaultValueLabel.Labelled = &DefaultValueFieldLong;
     HistoryDefaultValueLabel.Labelled = &HistoryDefaultValueFieldLong;
     TranslationText.Labelled = &LocalizedValueField;
+    SimpleSplitter1.Limit = [this](int left) {
+        return LimitVerticalSplitter(left, SimpleSplitter1.Width(), Width());
+    };
+    SimpleSplitter2.Limit = [this](int top) {
+        return LimitHorizontalSplitter(top, SimpleSplitter2.Height(), Height());
+    };
 }
 
 }  // namespace sorbel

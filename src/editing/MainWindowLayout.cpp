@@ -35,13 +35,12 @@ void MainWindow::RepositionDefaultValueFields() {
 }
 
 void MainWindow::SimpleSplitter1_Moved() {
-    SimpleSplitter1.SetLeft(LimitVerticalSplitter(SimpleSplitter1.Left(), SimpleSplitter1.Width(), Width()));
+    SimpleSplitter1.SetLeft(SimpleSplitter1.Limit(SimpleSplitter1.Left()));
     RepositionDefaultValueFields();
 }
 
 void MainWindow::SimpleSplitter2_Moved() {
-    SimpleSplitter2.SetTop(
-        LimitHorizontalSplitter(SimpleSplitter2.Top(), SimpleSplitter2.Height(), Height()));
+    SimpleSplitter2.SetTop(SimpleSplitter2.Limit(SimpleSplitter2.Top()));
     RepositionDefaultValueFields();
 }
 

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QShortcut>
+#include <algorithm>
 
 #include "qt/QtGraphics.h"
 #include "qt/QtWindow.h"
@@ -14,6 +15,7 @@ namespace sorbel {
 namespace {
 
 constexpr int KeyStep = 10;  // units that a key moves a splitter
+constexpr Qt::Key SplitterKey = Qt::Key_F8;
 
 class CanvasWidget : public QWidget {
   public:
@@ -28,6 +30,19 @@ class CanvasWidget : public QWidget {
     /// A press on it does something; a splitter, which has a cursor of its own, is for dragging.
     [[nodiscard]] bool IsButton() const { return mControl.MouseDown && !IsSplitter(); }
     [[nodiscard]] bool IsSplitter() const { return mControl.Cursor() != MouseCursor::Standard; }
+    /// What keys and assistive technology do with a splitter.
+    [[nodiscard]] Canvas::Travel Way() const { return mControl.Way().value_or(Canvas::Travel{}); }
+    void DragBy(int step) {
+        const bool sideways = mControl.Cursor() == MouseCursor::SplitterEastWest;
+        if (!mControl.UserMouseDown(0, 0)) return;
+        mControl.UserMouseDrag(sideways ? step : 0, sideways ? 0 : step);
+        mControl.UserMouseUp(0, 0);
+    }
+    void Reach() {
+        auto* const other = dynamic_cast<CanvasWidget*>(window()->focusWidget());
+        mBefore = other && other->IsSplitter() ? other->mBefore.data() : window()->focusWidget();
+        setFocus(Qt::ShortcutFocusReason);
+    }
     void Press() {
         mControl.UserMouseDown(mControl.Width() / 2, mControl.Height() / 2);
         mControl.UserMouseUp(mControl.Width() / 2, mControl.Height() / 2);
@@ -63,32 +78,30 @@ class CanvasWidget : public QWidget {
         const int key = event->key();
         if (IsButton() && (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter))
             Press();
-        else if (!IsSplitter() || !(DragBy(key) || GoBack(key)))
+        else if (!IsSplitter() || !(DragByKey(key) || GoBack(key)))
             QWidget::keyPressEvent(event);
     }
 
   private:
     /// Splitters are no stops on the way from field to field; F8 leads from one to the next.
     void LetKeysReach() {
-        auto* shortcut = new QShortcut(Qt::Key_F8, this);
-        const auto reached = [this] {
-            auto* const other = dynamic_cast<CanvasWidget*>(window()->focusWidget());
-            mBefore = other && other->IsSplitter() ? other->mBefore.data() : window()->focusWidget();
-            setFocus(Qt::ShortcutFocusReason);
-        };
-        connect(shortcut, &QShortcut::activated, this, reached);
-        connect(shortcut, &QShortcut::activatedAmbiguously, this, reached);
+        auto* shortcut = new QShortcut(SplitterKey, this);
+        connect(shortcut, &QShortcut::activated, this, &CanvasWidget::Reach);
+        connect(shortcut, &QShortcut::activatedAmbiguously, this, &CanvasWidget::Reach);
     }
 
-    bool DragBy(int key) {
+    bool DragByKey(int key) {
         const bool sideways = mControl.Cursor() == MouseCursor::SplitterEastWest;
-        const int forth = sideways ? Qt::Key_Right : Qt::Key_Down;
-        const int back = sideways ? Qt::Key_Left : Qt::Key_Up;
-        if (key != forth && key != back) return false;
-        const int step = key == forth ? KeyStep : -KeyStep;
-        if (!mControl.UserMouseDown(0, 0)) return true;
-        mControl.UserMouseDrag(sideways ? step : 0, sideways ? 0 : step);
-        mControl.UserMouseUp(0, 0);
+        if (key == (sideways ? Qt::Key_Right : Qt::Key_Down))
+            DragBy(KeyStep);
+        else if (key == (sideways ? Qt::Key_Left : Qt::Key_Up))
+            DragBy(-KeyStep);
+        else if (key == Qt::Key_Home)
+            DragBy(Way().Least - Way().Position);
+        else if (key == Qt::Key_End)
+            DragBy(Way().Most - Way().Position);
+        else
+            return false;
         return true;
     }
 
@@ -115,11 +128,8 @@ class CanvasWidget : public QWidget {
 /// What a drawn control is to assistive technology.
 class CanvasReader : public QAccessibleWidget {
   public:
-    explicit CanvasReader(CanvasWidget& canvas)
-        : QAccessibleWidget(&canvas, canvas.IsSplitter() ? QAccessible::Splitter
-                                     : canvas.IsButton() ? QAccessible::ButtonMenu
-                                                         : QAccessible::Graphic),
-          mCanvas(canvas) {}
+    CanvasReader(CanvasWidget& canvas, QAccessible::Role role)
+        : QAccessibleWidget(&canvas, role), mCanvas(canvas) {}
 
     [[nodiscard]] QStringList actionNames() const override {
         QStringList names = QAccessibleWidget::actionNames();
@@ -131,25 +141,74 @@ class CanvasReader : public QAccessibleWidget {
         if (mCanvas.IsButton()) mCanvas.Press();
     }
 
-  private:
+  protected:
     CanvasWidget& mCanvas;
+};
+
+/// A splitter is a value that can be set, and can have the keyboard although Tab passes it by.
+class SplitterReader : public CanvasReader, public QAccessibleValueInterface {
+  public:
+    explicit SplitterReader(CanvasWidget& canvas) : CanvasReader(canvas, QAccessible::Splitter) {}
+
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = CanvasReader::state();
+        state.focusable = true;
+        return state;
+    }
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+        return CanvasReader::interface_cast(type);
+    }
+    [[nodiscard]] QStringList actionNames() const override {
+        return CanvasReader::actionNames() +
+               QStringList{setFocusAction(), increaseAction(), decreaseAction()};
+    }
+    [[nodiscard]] QStringList keyBindingsForAction(const QString& name) const override {
+        if (name != setFocusAction()) return CanvasReader::keyBindingsForAction(name);
+        return {QKeySequence(SplitterKey).toString()};
+    }
+    void doAction(const QString& name) override {
+        if (name == setFocusAction()) return mCanvas.Reach();
+        if (name == increaseAction()) return mCanvas.DragBy(KeyStep);
+        if (name == decreaseAction()) return mCanvas.DragBy(-KeyStep);
+        CanvasReader::doAction(name);
+    }
+
+    [[nodiscard]] QVariant currentValue() const override { return mCanvas.Way().Position; }
+    [[nodiscard]] QVariant minimumValue() const override { return mCanvas.Way().Least; }
+    [[nodiscard]] QVariant maximumValue() const override { return mCanvas.Way().Most; }
+    [[nodiscard]] QVariant minimumStepSize() const override { return 1; }
+    void setCurrentValue(const QVariant& value) override {
+        const Canvas::Travel way = mCanvas.Way();
+        mCanvas.DragBy(std::clamp(value.toInt(), way.Least, way.Most) - way.Position);
+    }
 };
 
 QAccessibleInterface* MakeReader(const QString& /*className*/, QObject* object) {
     auto* canvas = dynamic_cast<CanvasWidget*>(object);
-    return canvas ? new CanvasReader(*canvas) : nullptr;
+    if (!canvas) return nullptr;
+    if (canvas->IsSplitter()) return new SplitterReader(*canvas);
+    return new CanvasReader(*canvas, canvas->IsButton() ? QAccessible::ButtonMenu : QAccessible::Graphic);
 }
 
 }  // namespace
 
 QtCanvas::QtCanvas(Canvas& control, QtWindow& window)
-    : ControlView(control, window, *new CanvasWidget(control, window)) {
+    : ControlView(control, window, *new CanvasWidget(control, window)), mControl(control) {
     static const bool read = (QAccessible::installFactory(&MakeReader), true);
     (void)read;
 }
 
 void QtCanvas::Show(Aspects changed) {
     if (changed.Has(Aspect::Cells) || changed.Has(Aspect::Style)) Widget().update();
+    if (changed.Has(Aspect::Geometry)) TellPosition();
+}
+
+void QtCanvas::TellPosition() {
+    const std::optional<Canvas::Travel> way = mControl.Way();
+    if (!way || std::exchange(mShownPosition, way->Position) == way->Position) return;
+    QAccessibleValueChangeEvent event(&Widget(), way->Position);
+    QAccessible::updateAccessibility(&event);
 }
 
 }  // namespace sorbel

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "qt/ControlView.h"
 #include "ui/toolkit/Canvas.h"
 
@@ -11,6 +13,12 @@ class QtCanvas : public ControlView {
 
   protected:
     void Show(Aspects changed) override;
+
+  private:
+    void TellPosition();
+
+    Canvas& mControl;
+    std::optional<int> mShownPosition;
 };
 
 }  // namespace sorbel

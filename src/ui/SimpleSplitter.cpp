@@ -1,6 +1,9 @@
 #include "ui/SimpleSplitter.h"
 
+#include <algorithm>
+
 #include "ui/Icons.h"
+#include "ui/toolkit/Window.h"
 
 namespace sorbel {
 
@@ -19,6 +22,14 @@ void SimpleSplitter::MoveTo(int position) {
         VerticalSplit(position - Left());
     else
         HorizontalSplit(position - Top());
+}
+
+/// It may stand beyond its limits, since they hold for moves only.
+std::optional<Canvas::Travel> SimpleSplitter::Way() const {
+    const int position = IsVertical() ? Left() : Top();
+    const int room = IsVertical() ? Owner().Width() : Owner().Height();
+    const int least = Limit ? Limit(0) : 0, most = Limit ? Limit(room) : room;
+    return Travel{position, std::min(least, position), std::max(most, position)};
 }
 
 void SimpleSplitter::Event_Open() {

@@ -22,6 +22,9 @@ class SimpleSplitter : public Canvas {
     void MoveTo(int position);
 
     std::function<void()> Moved;
+    /// Where the owner puts it that was moved to a position; without this it stays there.
+    std::function<int(int position)> Limit;
+    [[nodiscard]] std::optional<Travel> Way() const override;
 
     void Event_Open() override;
     void Event_Paint(Graphics& g) override;

@@ -3,6 +3,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QTemporaryDir>
+#include <algorithm>
 
 #include "Screen.h"
 #include "editing/MainWindow.h"
@@ -14,7 +15,6 @@ namespace sorbel {
 class Assist : public testing::Test {
   protected:
     Assist() {
-        QAccessible::setActive(true);  // readers are made as early as they can be
         SpecialFolder::SetResources(SORBEL_BUILD_RESOURCES);
         SpecialFolder::SetDocuments(FromQt(mDocuments.path()));
         mApp = MakeApplication(Backend);
@@ -25,7 +25,6 @@ class Assist : public testing::Test {
         View->activateWindow();
         Settle();
     }
-    ~Assist() override { QAccessible::setActive(false); }
     static void Settle() { QCoreApplication::processEvents(); }
     QWidget& On(const Control& control) { return View->ViewOf(control)->Widget(); }
     QAccessibleInterface& Read(const Control& control) {
@@ -140,6 +139,45 @@ TEST_F(Assist, CheckItemsAreOnesWhetherOnOrOff) {
     });
     Document->SearchOptionsMenu.UserMouseDown(1, 1);
     EXPECT_EQ(scopes, (std::vector<std::pair<bool, bool>>{{true, false}, {true, true}, {true, true}}));
+}
+
+TEST_F(Assist, SplittersHaveValuesThatCanBeSet) {
+    const struct {
+        const SimpleSplitter& Splitter;
+        std::function<int()> Position;
+        Qt::Key Forth;
+        int Least, Most;
+    } splitters[] = {{Document->SimpleSplitter1, [this] { return Document->SimpleSplitter1.Left(); },
+                      Qt::Key_Right, 104, 640 * 3 / 4 - 8},
+                     {Document->SimpleSplitter2, [this] { return Document->SimpleSplitter2.Top(); },
+                      Qt::Key_Down, 100, 480 - 60 - 8}};
+    for (const auto& [splitter, position, forth, least, most] : splitters) {
+        QAccessibleInterface& reader = Read(splitter);
+        QAccessibleValueInterface& value = *reader.valueInterface();
+        EXPECT_EQ(value.currentValue(), position());
+        EXPECT_EQ(value.minimumValue(), least);
+        EXPECT_EQ(value.maximumValue(), most);
+        EXPECT_TRUE(reader.state().focusable);
+        reader.actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+        EXPECT_TRUE(reader.state().focused);
+
+        const int before = position();
+        QTest::keyClick(&On(splitter), forth);
+        EXPECT_GT(position(), before);
+        Settle();
+        reader.actionInterface()->doAction(QAccessibleActionInterface::decreaseAction());
+        EXPECT_EQ(position(), before);
+        QTest::keyClick(&On(splitter), Qt::Key_End);
+        EXPECT_EQ(position(), most);
+        QTest::keyClick(&On(splitter), Qt::Key_Home);
+        EXPECT_EQ(position(), least);
+        value.setCurrentValue(before);
+        EXPECT_EQ(position(), before);
+        value.setCurrentValue(100000);
+        EXPECT_EQ(value.currentValue(), most);
+    }
+    Settle();
+    EXPECT_EQ(Document->ListBox1.Width(), 640 * 3 / 4 - 8 - 2 - 20);
 }
 
 }  // namespace sorbel

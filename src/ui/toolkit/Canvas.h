@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "ui/toolkit/Control.h"
 #include "ui/toolkit/Graphics.h"
 
@@ -27,6 +29,14 @@ class Canvas : public Control {
     virtual bool Event_MouseDown(int x, int y) { return MouseDown && MouseDown(x, y); }
     virtual void Event_MouseDrag(int, int) {}
     virtual void Event_MouseUp(int, int) {}
+
+    /// Where a control that is for dragging stands on its way, and how far it can go; the edge that moves, in
+    /// the window's coordinates.
+    struct Travel {
+        int Position, Least, Most;
+    };
+    /// Nothing for a control that stays where it is.
+    [[nodiscard]] virtual std::optional<Travel> Way() const { return {}; }
 
     /// True claims the drag that may follow. One that no handler claims goes to the window.
     bool UserMouseDown(int x, int y);
