@@ -11,10 +11,11 @@ namespace {
 constexpr Color OnlyInCurrent{0x00AA00};
 constexpr Color OnlyInOlder{0xAA0000};
 
-void WriteRuns(TextArea& field, const std::vector<WordRun>& runs, Color common, Color unique) {
+void WriteRuns(TextArea& field, const std::vector<WordRun>& runs, Color common, Color unique, RunKind kind) {
     field.SetText({});
     for (const WordRun& run : runs) {
         field.SetSelTextColor(run.Common ? common : unique);
+        field.SetSelKind(run.Common ? RunKind::Common : kind);
         field.SetSelText(run.Text);
     }
 }
@@ -32,8 +33,8 @@ void MainWindow::ShowDefaultValue() {
     }
     const StringView older = ValuesOfRow(ActiveHistory->Entries.Find(identifier), platform).Default;
     const WordComparison words = CompareWords(current, older);
-    WriteRuns(DefaultValueFieldLong, words.Current, SystemTextColor(), OnlyInCurrent);
-    WriteRuns(HistoryDefaultValueFieldLong, words.Older, SystemTextColor(), OnlyInOlder);
+    WriteRuns(DefaultValueFieldLong, words.Current, SystemTextColor(), OnlyInCurrent, RunKind::Added);
+    WriteRuns(HistoryDefaultValueFieldLong, words.Older, SystemTextColor(), OnlyInOlder, RunKind::Removed);
 }
 
 void MainWindow::LocalizedValueField_TextChange() {

@@ -9,6 +9,7 @@
 #include "qt/QtWindow.h"
 #include "qt/SpellHighlighter.h"
 #include "qt/Text.h"
+#include "qt/TextReader.h"
 #include "qt/TextSplice.h"
 
 namespace sorbel {
@@ -107,6 +108,7 @@ void QtTextArea::ShowRuns() {
         cursor.setPosition(static_cast<int>(walk.Shown()), QTextCursor::KeepAnchor);
         QTextCharFormat format;
         if (run.Color != mControl.TextColor()) format.setForeground(Shown(run.Color));
+        format.setProperty(RunKindProperty, static_cast<int>(run.Kind));
         cursor.setCharFormat(format);
     }
 }

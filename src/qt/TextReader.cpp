@@ -6,6 +6,9 @@
 #include <QTextBlock>
 #include <QTextEdit>
 #include <algorithm>
+#include <vector>
+
+#include "ui/toolkit/TextEditor.h"
 
 namespace sorbel {
 
@@ -92,6 +95,14 @@ class AreaReader : public TextReader {
         state.multiLine = true;
         return state;
     }
+    /// What has been added and removed is told ahead, and at its place.
+    [[nodiscard]] QString text(QAccessible::Text kind) const override {
+        const QString told = TextReader::text(kind);
+        return kind == QAccessible::Description && told.isEmpty() ? Differences() : told;
+    }
+    using TextReader::text;
+    [[nodiscard]] QString attributes(int offset, int* start, int* end) const override;
+
     void selection(int /*number*/, int* start, int* end) const override {
         *start = mArea.textCursor().selectionStart();
         *end = mArea.textCursor().selectionEnd();
@@ -127,6 +138,13 @@ class AreaReader : public TextReader {
     }
 
   private:
+    struct Run {
+        RunKind Kind;
+        int Start, End;
+    };
+    /// Those of the text in order. A line break has the kind of what stands before it.
+    [[nodiscard]] std::vector<Run> Runs() const;
+    [[nodiscard]] QString Differences() const;
     [[nodiscard]] QTextCursor CursorAt(int offset) const {
         QTextCursor cursor(mArea.document());
         cursor.setPosition(Within(offset));
@@ -146,6 +164,44 @@ QString AreaReader::textAtOffset(int offset, QAccessible::TextBoundaryType kind,
     *end = line.isValid() ? *start + line.textLength() : first;
     if (*end == first + at.block().length() - 1) *end = Within(*end + 1);  // with the line break
     return text(*start, *end);
+}
+
+std::vector<AreaReader::Run> AreaReader::Runs() const {
+    std::vector<Run> runs;
+    for (QTextBlock block = mArea.document()->begin(); block.isValid(); block = block.next()) {
+        for (auto at = block.begin(); !at.atEnd(); ++at) {
+            const QTextFragment part = at.fragment();
+            const RunKind kind{part.charFormat().intProperty(RunKindProperty)};
+            if (runs.empty() || runs.back().Kind != kind) runs.push_back({kind, part.position(), 0});
+            runs.back().End = part.position() + part.length();
+        }
+        if (!runs.empty()) runs.back().End = Within(block.position() + block.length());
+    }
+    return runs;
+}
+
+QString AreaReader::Differences() const {
+    QStringList told;
+    for (const Run& run : Runs()) {
+        if (run.Kind == RunKind::Common) continue;
+        const QString what =
+            run.Kind == RunKind::Added ? QStringLiteral("added: ") : QStringLiteral("removed: ");
+        told += what + text(run.Start, run.End).simplified();
+    }
+    return told.join(QStringLiteral("; "));
+}
+
+/// In the words of the accessibility interfaces for tracked changes.
+QString AreaReader::attributes(int offset, int* start, int* end) const {
+    for (const Run& run : Runs()) {
+        if (offset < run.Start || offset >= run.End) continue;
+        *start = run.Start;
+        *end = run.End;
+        if (run.Kind == RunKind::Common) return {};
+        return run.Kind == RunKind::Added ? QStringLiteral("text-tracked-change:insertion;")
+                                          : QStringLiteral("text-tracked-change:deletion;");
+    }
+    return TextReader::attributes(offset, start, end);
 }
 
 QAccessibleInterface* MakeReader(const QString& /*className*/, QObject* object) {

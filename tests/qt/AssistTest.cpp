@@ -180,4 +180,47 @@ TEST_F(Assist, SplittersHaveValuesThatCanBeSet) {
     EXPECT_EQ(Document->ListBox1.Width(), 640 * 3 / 4 - 8 - 2 - 20);
 }
 
+TEST_F(Assist, ComparedTextsTellWhatWasAddedAndRemoved) {
+    Document->HistoryFilter.UserChoose(1);
+    Settle();
+    Select(0);
+    Document->DefaultValueFieldLong.SetText("");
+    for (const auto& [text, kind] :
+         {std::pair("Save ", RunKind::Common), std::pair("the\r\n\xF0\x9F\x8D\x90 note", RunKind::Added),
+          std::pair(" as", RunKind::Common), std::pair(" you like", RunKind::Removed)}) {
+        Document->DefaultValueFieldLong.SetSelKind(kind);  // all of one colour
+        Document->DefaultValueFieldLong.SetSelText(text);
+    }
+    Settle();
+    QAccessibleInterface& reader = Read(Document->DefaultValueFieldLong);
+    EXPECT_EQ(reader.text(QAccessible::Description),
+              QStringLiteral("added: the \U0001F350 note; removed: you like"));
+    std::vector<String> told;
+    QAccessibleTextInterface& text = *reader.textInterface();
+    for (int start = 0, end = 0; end < text.characterCount();) {
+        const String attributes = FromQt(text.attributes(end, &start, &end));
+        told.push_back(FromQt(text.text(start, end)) + "|" + attributes);
+    }
+    EXPECT_EQ(told,
+              (std::vector<String>{"Save |", "the\n\xF0\x9F\x8D\x90 note|text-tracked-change:insertion;",
+                                   " as|", " you like|text-tracked-change:deletion;"}));
+
+    Document->HistoryFilter.UserChoose(0);
+    Select(0);
+    EXPECT_EQ(reader.text(QAccessible::Description), "");
+}
+
+TEST_F(Assist, TheComparisonOfTwoVersionsIsToldOnBothSides) {
+    Document->HistoryFilter.UserChoose(1);
+    QStringList current, older;
+    for (int64_t row = 0; row < Document->ListBox1.ListCount(); ++row) {
+        Select(row);
+        current += Read(Document->DefaultValueFieldLong).text(QAccessible::Description);
+        older += Read(Document->HistoryDefaultValueFieldLong).text(QAccessible::Description);
+    }
+    EXPECT_TRUE(std::ranges::any_of(current, [](const QString& told) { return told.contains("added: "); }));
+    EXPECT_TRUE(std::ranges::any_of(older, [](const QString& told) { return told.contains("removed: "); }));
+    EXPECT_FALSE(current.join(' ').contains("removed: ") || older.join(' ').contains("added: "));
+}
+
 }  // namespace sorbel

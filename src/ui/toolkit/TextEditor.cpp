@@ -43,10 +43,10 @@ void TextArea::SetSpellingLanguage(StringView code) {
 
 void TextArea::SetSelText(StringView text) {
     if (!text.empty()) {
-        if (!mRuns.empty() && mRuns.back().Color == mSelTextColor)
+        if (!mRuns.empty() && mRuns.back().Color == mSelTextColor && mRuns.back().Kind == mSelKind)
             mRuns.back().Length += text.size();
         else
-            mRuns.push_back({text.size(), mSelTextColor});
+            mRuns.push_back({text.size(), mSelTextColor, mSelKind});
         mText += text;
         Changed(Aspect::Text);
     }

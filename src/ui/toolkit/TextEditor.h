@@ -51,6 +51,9 @@ class TextField : public TextEditor {
     }
 };
 
+/// What a stretch of a text is beside another version of the text.
+enum class RunKind { Common, Added, Removed };
+
 /// Several lines, in one colour or in runs of colour.
 class TextArea : public TextEditor {
   public:
@@ -60,15 +63,18 @@ class TextArea : public TextEditor {
     struct Run {
         size_t Length;  ///< bytes of the text
         sorbel::Color Color;
+        RunKind Kind = RunKind::Common;
     };
 
     [[nodiscard]] Color TextColor() const { return mTextColor; }
     /// Colours the whole text and what is assigned later.
     void SetTextColor(Color color);
-    /// The text in order, adjacent runs of one colour joined; empty for the empty text.
+    /// The text in order, adjacent runs of one colour and kind joined; empty for the empty text.
     [[nodiscard]] const std::vector<Run>& Runs() const { return mRuns; }
     /// The colour of what `SetSelText` inserts next.
     void SetSelTextColor(Color color) { mSelTextColor = color; }
+    /// What `SetSelText` inserts next is, for those who cannot tell by its colour.
+    void SetSelKind(RunKind kind) { mSelKind = kind; }
     /// Inserts behind the text written so far, and raises `TextChange`. The insertion point of an assigned
     /// text is its end.
     void SetSelText(StringView text);
@@ -88,6 +94,7 @@ class TextArea : public TextEditor {
   private:
     Color mTextColor;
     Color mSelTextColor;
+    RunKind mSelKind = RunKind::Common;
     String mSpellingLanguage;
     std::vector<Run> mRuns;
 };
