@@ -1,11 +1,11 @@
 #include "qt/ListView.h"
 
-#include <QAccessible>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
 
+#include "qt/ExpansionNotice.h"
 #include "qt/ListReader.h"
 #include "qt/ListRowPainter.h"
 #include "qt/QtWindow.h"
@@ -224,19 +224,22 @@ bool ListView::OpenOrClose(int key) {
 
 void ListView::OpenRow(int row, bool open) {
     mList.UserExpand(row, open);
-    QAccessible::State changed;
-    changed.expanded = changed.collapsed = true;
-    QAccessibleStateChangeEvent event(this, changed);
+    QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(this);
+    QAccessibleInterface* const opened = list ? list->child(row) : nullptr;
+    if (opened) TellExpansion(*opened);
+}
+
+/// The list may be ahead of what is shown, and what was a row may be none any more, or another one.
+void ListView::TellRow(int row, QAccessible::Event what) {
+    if (row < 0 || row >= RowCount() || mList.Selected(row) == (what == QAccessible::SelectionRemove)) return;
+    QAccessibleEvent event(this, what);
     event.setChild(row);
     QAccessible::updateAccessibility(&event);
 }
 
 /// To assistive technology it is the selected row that has the focus.
 void ListView::TellFocusedRow() {
-    if (!hasFocus() || !currentIndex().isValid()) return;
-    QAccessibleEvent event(this, QAccessible::Focus);
-    event.setChild(currentIndex().row());
-    QAccessible::updateAccessibility(&event);
+    if (hasFocus()) TellRow(currentIndex().row(), QAccessible::Focus);
 }
 
 /// Past the toolkit's own list, which finds a row's number through the layout that it does not have here.
@@ -247,10 +250,8 @@ void ListView::currentChanged(const QModelIndex& current, const QModelIndex& pre
 
 void ListView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
     QAbstractItemView::selectionChanged(selected, deselected);  // NOLINT(bugprone-parent-virtual-call)
-    if (selected.isEmpty()) return;
-    QAccessibleEvent event(this, QAccessible::Selection);
-    event.setChild(selected.first().top());
-    QAccessible::updateAccessibility(&event);
+    if (!deselected.isEmpty()) TellRow(deselected.first().top(), QAccessible::SelectionRemove);
+    if (!selected.isEmpty()) TellRow(selected.first().top(), QAccessible::Selection);
 }
 
 void ListView::focusInEvent(QFocusEvent* event) {

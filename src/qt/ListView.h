@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QAccessible>
 #include <QListView>
 
 #include "qt/ShapedLines.h"
@@ -80,6 +81,7 @@ class ListView : public QListView {
     bool Edit(const QKeyEvent& event);
     void TakeKeyboard();
     void TellFocusedRow();
+    void TellRow(int row, QAccessible::Event what);
 
     Listbox& mList;
     QtWindow& mWindow;
