@@ -53,7 +53,7 @@ void MainWindow::DrawPlatformIcons(Graphics& g, const PlatformTable& entry) cons
         const EntryValue* value = entry.Find(column.Platform);
         if (!value) continue;
         const Color tint =
-            value->Localized.Empty() ? Platform::Colors::PrimaryLabelColorDisabled() : SystemTextColor();
+            value->IsTranslated() ? SystemTextColor() : Platform::Colors::PrimaryLabelColorDisabled();
         g.DrawPicture(*PlatformIcon(column.Platform, tint), g.Width() - column.FromRight, 0);
     }
 }

@@ -15,6 +15,7 @@
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
 #include "qt/TextReader.h"
+#include "qt/WindowReader.h"
 #include "ui/toolkit/TextEditor.h"
 
 namespace sorbel {
@@ -45,6 +46,7 @@ QtBackend::QtBackend() {
     QApplication::setQuitOnLastWindowClosed(false);
     qApp->installEventFilter(this);
     ReadTextsForReadingOnly();
+    ReadWindowsByModel();
     connect(qApp, &QGuiApplication::commitDataRequest, this, &QtBackend::AskBeforeLogout,
             Qt::DirectConnection);
 }

@@ -88,6 +88,7 @@ bool LocalizedStringSet::ReadFile(const FolderItem& f) {
 }
 
 bool LocalizedStringSet::ReadBytes(const std::shared_ptr<const ByteBuffer>& file) {
+    mProgress.reset();
     return LocaleReader(*this, file).ReadData();
 }
 
@@ -110,8 +111,27 @@ void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifi
     };
     PlatformTable& values = Entries.FindOrAdd(identifier, key, place);
     EntryValue value{.Localized = localized, .Original = original};
-    if (mLog) mLog->StoringEntry(identifier, platform, values.Find(platform), value);
+    const EntryValue* const before = values.Find(platform);
+    if (mLog) mLog->StoringEntry(identifier, platform, before, value);
+    CountStored(before, value);
     values.Set(platform, std::move(value));
+}
+
+LocalizedStringSet::Progress LocalizedStringSet::TranslationProgress() const {
+    if (mProgress) return *mProgress;
+    mProgress.emplace();
+    for (const auto& [identifier, entry] : Entries) {
+        mProgress->Rows += entry.Count();
+        for (int64_t index = 0; index < entry.Count(); ++index)
+            mProgress->Translated += entry.ItemAt(index).Value.IsTranslated() ? 1 : 0;
+    }
+    return *mProgress;
+}
+
+void LocalizedStringSet::CountStored(const EntryValue* before, const EntryValue& after) {
+    if (!mProgress) return;
+    mProgress->Rows += before ? 0 : 1;
+    mProgress->Translated += (after.IsTranslated() ? 1 : 0) - (before && before->IsTranslated() ? 1 : 0);
 }
 
 void LocalizedStringSet::KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer) {

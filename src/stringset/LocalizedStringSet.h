@@ -46,6 +46,13 @@ class LocalizedStringSet {
     void StoreEntry(int64_t platform, const SharedText& identifier, const SharedText& original,
                     const SharedText& localized, int64_t place = -1);
 
+    /// Of the rows, each a string on one platform, those that are translated.
+    struct Progress {
+        int64_t Rows = 0, Translated = 0;
+    };
+    /// Counted once, and then kept in step by what stores entries.
+    [[nodiscard]] Progress TranslationProgress() const;
+
     /// Who hears of each change before it is made, or null. It must outlive its time here.
     [[nodiscard]] ChangeLog* Log() const { return mLog; }
     void SetLog(ChangeLog* log) { mLog = log; }
@@ -84,12 +91,14 @@ class LocalizedStringSet {
     friend class LocaleWriter;
 
     bool ReadTextData(TextInputStream& s);
+    void CountStored(const EntryValue* before, const EntryValue& after);
     void KeepBuffer(const std::shared_ptr<const ByteBuffer>& buffer);
     void ReleaseHistory();
 
     using BufferList = std::vector<std::shared_ptr<const ByteBuffer>>;
 
     ChangeLog* mLog = nullptr;
+    mutable std::optional<Progress> mProgress;  // nothing until somebody asks
     bool mIsValid = false;
     std::optional<SharedText> mForeignApplication;  // application bytes that name no file here
     std::shared_ptr<const BufferList> mBuffers;     // what borrowed texts point into; shared with the history

@@ -24,6 +24,11 @@ inline constexpr int64_t PlatformLinux = 3;
 /// Keys of the two values of an entry. They run against the order in which a row shows the values.
 enum ValueKey { ValueKeyLocalized = 1, ValueKeyOriginal = 2 };
 
+/// What makes a row count as translated, for all that count, filter or mark rows.
+[[nodiscard]] inline bool IsTranslation(StringView localized) {
+    return !localized.empty();
+}
+
 /// The two values of a string on one platform.
 struct EntryValue {
     SharedText Localized;
@@ -32,6 +37,7 @@ struct EntryValue {
     [[nodiscard]] StringView Value(ValueKey key) const {
         return key == ValueKeyLocalized ? Localized : Original;
     }
+    [[nodiscard]] bool IsTranslated() const { return IsTranslation(Localized); }
 };
 
 /// The values of one string by platform, in the order in which the platforms were added. Nearly all strings

@@ -1,8 +1,10 @@
 // What assistive technology reads of a document window, and what it can do there.
 #include <QAccessible>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTemporaryDir>
+#include <QToolTip>
 #include <algorithm>
 
 #include "Screen.h"
@@ -221,6 +223,26 @@ TEST_F(Assist, TheComparisonOfTwoVersionsIsToldOnBothSides) {
     EXPECT_TRUE(std::ranges::any_of(current, [](const QString& told) { return told.contains("added: "); }));
     EXPECT_TRUE(std::ranges::any_of(older, [](const QString& told) { return told.contains("removed: "); }));
     EXPECT_FALSE(current.join(' ').contains("removed: ") || older.join(' ').contains("added: "));
+}
+
+TEST_F(Assist, WindowAndTipTellTheProgress) {
+    QAccessibleInterface& window = *QAccessible::queryAccessibleInterface(View);
+    EXPECT_EQ(window.role(), QAccessible::Window);
+    const LocalizedStringSet::Progress before = Document->StringSet->TranslationProgress();
+    EXPECT_EQ(window.text(QAccessible::Description),
+              QStringLiteral("%1 of %2 translated").arg(before.Translated).arg(before.Rows));
+    Select(0);
+    Document->LocalizedValueField.UserSetText("");
+    Settle();
+    const QString now = QStringLiteral("%1 of %2 translated").arg(before.Translated - 1).arg(before.Rows);
+    EXPECT_EQ(window.text(QAccessible::Description), now);
+    EXPECT_TRUE(window.text(QAccessible::Name).startsWith("Notizbuch.kestrum_locale"));
+
+    QWidget& popUp = On(Document->HistoryFilter);
+    const QPoint at(5, 5);
+    QHelpEvent asked(QEvent::ToolTip, at, popUp.mapToGlobal(at));
+    QCoreApplication::sendEvent(&popUp, &asked);
+    EXPECT_TRUE(QToolTip::text().contains(now)) << QToolTip::text().toStdString();
 }
 
 }  // namespace sorbel

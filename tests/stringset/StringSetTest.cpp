@@ -39,6 +39,24 @@ TEST(LocalizedStringSet, AddEntryReplacesThePairAndKeepsTheRest) {
     EXPECT_EQ(platforms.Find(PlatformWindows)->Value(ValueKeyOriginal), "p");
 }
 
+TEST(LocalizedStringSet, ProgressFollowsWhatIsStoredAndRead) {
+    auto set = Read(Magic + Entry("a", "A", "1") + Entry("a", "A", "", 3) + Entry("b", "B", "", 77)).Set;
+    const auto told = [&set] {
+        const LocalizedStringSet::Progress progress = set->TranslationProgress();
+        return std::to_string(progress.Translated) + " of " + std::to_string(progress.Rows);
+    };
+    EXPECT_EQ(told(), "1 of 3");
+    set->AddEntry(PlatformLinux, "A", "A", "2");
+    EXPECT_EQ(told(), "2 of 3");
+    set->AddEntry(PlatformLinux, "a", "A", "3");
+    set->AddEntry(PlatformAny, "a", "A", "");
+    EXPECT_EQ(told(), "1 of 3");
+    set->AddEntry(PlatformAny, "new", "N", "n");
+    EXPECT_EQ(told(), "2 of 4");
+    set->ReadBytes(Buffer(Magic + Entry("c", "C", "1")));
+    EXPECT_EQ(told(), "3 of 5");
+}
+
 TEST(LocalizedStringSet, CloneIsIndependent) {
     auto set =
         Read(Magic + Text("nvvs", "2.1") + Text("lang", "de") + Long("vers", 7) + Data("appl", "C:\\a.exe") +

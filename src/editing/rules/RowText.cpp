@@ -15,7 +15,7 @@ RowState StateOfRow(const PlatformTable* entry, StringView identifier, int64_t p
     const RowValues values = ValuesOfRow(entry, platform);
     if (platform != PlatformAny && !values.Own)
         return {RowKind::NoPlatformValue, "(No platform-specific value)"};
-    if (!values.Translated.empty()) return {RowKind::Translated, String(values.Translated)};
+    if (IsTranslation(values.Translated)) return {RowKind::Translated, String(values.Translated)};
     if (!values.Default.empty()) return {RowKind::Untranslated, String(values.Default)};
     return {RowKind::Nameless, "(" + String(identifier) + ")"};
 }

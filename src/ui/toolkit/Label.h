@@ -25,7 +25,7 @@ class Label : public Control {
     bool Transparent = true;
     bool Mnemonic = true;  ///< false: "&" is an ordinary character, for texts that are data
     TextAlignment Alignment = TextAlignment::Left;
-    String SecondKey;  ///< does what the mnemonic does, such as "Cmd+F"; not shown
+    String SecondKey;                   ///< does what the mnemonic does, such as "Cmd+F"; not shown
     const Control* Labelled = nullptr;  ///< the control that the text names, or null; of the same window
 
     /// The mnemonic was pressed.

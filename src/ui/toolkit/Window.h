@@ -52,6 +52,9 @@ class Window : public std::enable_shared_from_this<Window> {
     [[nodiscard]] const std::shared_ptr<FolderItem>& RepresentedFile() const { return mRepresentedFile; }
     void SetRepresentedFile(std::shared_ptr<FolderItem> f);
 
+    /// What assistive technology tells of it besides the title, asked when it does.
+    std::function<String()> Description;
+
     // Place on the screen and size of the content, in points.
     [[nodiscard]] int Left() const { return mLeft; }
     [[nodiscard]] int Top() const { return mTop; }
