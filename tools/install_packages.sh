@@ -29,7 +29,8 @@ for group in "$@"; do
             ;;
         check)
             packages+=(dpkg-dev gettext gnustep-base-runtime python3-polib
-                appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon)
+                appstream desktop-file-utils shared-mime-info libglib2.0-bin dbus-daemon
+                at-spi2-core python3-gi gir1.2-atspi-2.0)
             optional+=("$formatter" qt6-l10n-tools translate-toolkit)
             ;;
         # A virtual screen, and what uses the program on it.
