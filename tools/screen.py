@@ -97,6 +97,9 @@ class Screen:
     def wait_for_windows(self, *titles):
         wait_for("exactly the windows %s" % (titles,), lambda: sorted(self.windows()) == sorted(titles))
 
+    def active_window(self):
+        return self.try_xdotool("getactivewindow")
+
     def active_title(self):
         return self.try_xdotool("getactivewindow", "getwindowname")
 
@@ -115,3 +118,18 @@ class Screen:
     def click(self, window, x, y):
         """At a place within the window's content."""
         self.xdotool("mousemove", "--window", window, x, y, "click", 1)
+
+    # --- The focused field ---
+    def clipboard(self):
+        shown = subprocess.run(["xclip", "-selection", "clipboard", "-o"], env=self.env, capture_output=True)
+        return shown.stdout.decode("utf-8") if shown.returncode == 0 else None
+
+    def field(self):
+        """The text of the field that has the focus, through the clipboard."""
+        marker = "nothing was copied"
+        subprocess.run(["xclip", "-selection", "clipboard"], input=marker, env=self.env, text=True, check=True,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for("the clipboard", lambda: self.clipboard() == marker)
+        self.key("ctrl+a", "ctrl+c")
+        wait_for("a copied text", lambda: self.clipboard() not in (None, marker))
+        return self.clipboard()

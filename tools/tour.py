@@ -72,20 +72,6 @@ class Tour:
     def wait_for_mark(self, modified):
         self.screen.wait_for_windows(DOCUMENT + "*" if modified else DOCUMENT)
 
-    def clipboard(self):
-        shown = subprocess.run(["xclip", "-selection", "clipboard", "-o"], env=self.screen.env, capture_output=True)
-        return shown.stdout.decode("utf-8") if shown.returncode == 0 else None
-
-    def field(self):
-        """The text of the field that has the focus, through the clipboard."""
-        marker = "nothing was copied"
-        subprocess.run(["xclip", "-selection", "clipboard"], input=marker, env=self.screen.env, text=True, check=True,
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_for("the clipboard", lambda: self.clipboard() == marker)
-        self.screen.key("ctrl+a", "ctrl+c")
-        wait_for("a copied text", lambda: self.clipboard() not in (None, marker))
-        return self.clipboard()
-
     def click(self, place):
         (window,) = self.screen.windows().values()
         self.screen.click(window, *place)
@@ -96,7 +82,7 @@ class Tour:
 
     def default_value(self):
         self.click(DEFAULT_VALUE)
-        return self.field()
+        return self.screen.field()
 
     def entry_shown(self):
         """The file's only entry with the default value that the window shows."""
@@ -131,7 +117,7 @@ class Tour:
         self.edit_first_row()
         self.screen.type(TRANSLATION)
         self.wait_for_mark(True)
-        require(self.field() == TRANSLATION, "the translation is not what was typed")
+        require(self.screen.field() == TRANSLATION, "the translation is not what was typed")
         self.picture("translate")
 
     def undo(self):
@@ -143,7 +129,7 @@ class Tour:
             self.screen.key("ctrl+shift+z")
         self.wait_for_mark(True)
         self.edit_first_row()
-        require(self.field() == TRANSLATION, "redo did not bring the translation back")
+        require(self.screen.field() == TRANSLATION, "redo did not bring the translation back")
 
     def compare(self):
         self.screen.key("alt+s", "ctrl+a", "BackSpace")
@@ -156,7 +142,7 @@ class Tour:
         older = [entry[2] for entry in self.before["history"][-1]["entries"] if entry[:2] == [identifier, platform]]
         require(older and older != [default], "%s has not changed since that version" % identifier)
         self.click(OLDER_VALUE)
-        require(self.field() == older[0], "the older value is not that of the version")
+        require(self.screen.field() == older[0], "the older value is not that of the version")
 
     def step(self):
         self.click(VERSIONS)
@@ -171,7 +157,7 @@ class Tour:
     def save(self):
         self.click(TRANSLATION_FIELD)
         self.screen.type(SECOND_TRANSLATION)
-        require(self.field() == SECOND_TRANSLATION, "the second translation is not what was typed")
+        require(self.screen.field() == SECOND_TRANSLATION, "the second translation is not what was typed")
         self.screen.key("ctrl+s")
         self.wait_for_mark(False)
         self.picture("save")
