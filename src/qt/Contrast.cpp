@@ -7,6 +7,9 @@ namespace sorbel {
 
 namespace {
 
+constexpr double LiftedTo =
+    ContrastOfText + 0.2;  // strokes of letters are thin and seldom reach their colour
+
 /// Brightness as the eye sees it, from 0 to 1.
 double Luminance(const QColor& color) {
     const auto linear = [](double part) {
@@ -40,7 +43,7 @@ QColor Legible(const QColor& color, const QColor& ground) {
 QColor Legible(const QColor& color, const QColor& ground, const QColor& towards) {
     if (Contrast(color, ground) >= ContrastOfText) return color;
     int percent = 1;
-    while (percent < 100 && Contrast(Mixed(color, towards, percent), ground) < ContrastOfText)
+    while (percent < 100 && Contrast(Mixed(color, towards, percent), ground) < LiftedTo)
         ++percent;
     return Mixed(color, towards, percent);
 }
