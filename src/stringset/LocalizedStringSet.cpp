@@ -119,13 +119,14 @@ void LocalizedStringSet::StoreEntry(int64_t platform, const SharedText& identifi
 
 LocalizedStringSet::Progress LocalizedStringSet::TranslationProgress() const {
     if (mProgress) return *mProgress;
-    mProgress.emplace();
+    Progress counted;
     for (const auto& [identifier, entry] : Entries) {
-        mProgress->Rows += entry.Count();
+        counted.Rows += entry.Count();
         for (int64_t index = 0; index < entry.Count(); ++index)
-            mProgress->Translated += entry.ItemAt(index).Value.IsTranslated() ? 1 : 0;
+            counted.Translated += entry.ItemAt(index).Value.IsTranslated() ? 1 : 0;
     }
-    return *mProgress;
+    mProgress = counted;
+    return counted;
 }
 
 void LocalizedStringSet::CountStored(const EntryValue* before, const EntryValue& after) {
