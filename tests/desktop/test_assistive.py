@@ -146,7 +146,7 @@ class AssistiveTechnology(unittest.TestCase):
             self.select(row)
             for name in ("Default Value", "Earlier Default Value"):
                 text = self.named("text", name)
-                wait_for("a text", lambda: text.get_text(0, -1) != "(No selection)")
+                wait_for("a text", lambda: Atspi.Text.get_text(text, 0, -1) != "(No selection)")
                 # The bus knows no attribute for what is new, but where it begins and ends.
                 runs, end = 0, 0
                 while end < text.get_character_count():
