@@ -116,6 +116,14 @@ class Program:
             time.sleep(0.2)  # asking disturbs the program
         raise RuntimeError("%s shows no window" % self.name)
 
+    def focus(self):
+        """The window, once it rests and has the keyboard."""
+        self.window()
+        self.rest()
+        window = self.window()
+        self.screen.tool("windowfocus", "--sync", window)
+        return window
+
     def close(self):
         os.killpg(self.child.pid, 15)  # the session that was started for it, and nothing else
         self.child.wait()
@@ -136,10 +144,7 @@ def search(screen, command, place, term):
     already. The first key is not counted, since a program may prepare itself then."""
     program = Program(screen, command)
     try:
-        program.window()
-        program.rest()
-        window = program.window()
-        screen.tool("windowfocus", "--sync", window)
+        window = program.focus()
         if place:
             screen.tool("mousemove", "--window", window, *map(str, place), "click", "1")
         screen.tool("type", term[0])
@@ -152,8 +157,8 @@ def search(screen, command, place, term):
 
 
 class Work(NamedTuple):
-    """What a user does again and again. Each action is a call of xdotool; an action that is "{window}" is the
-    program's."""
+    """What a user does again and again. Each action is a call of xdotool; "{window}" among its words is
+    the program's."""
     prepare: list   # actions that are not counted
     steps: list     # of actions; they take turns, and each is counted
     after: list = []  # actions after each step that are not counted
@@ -163,10 +168,7 @@ def do(screen, command, works):
     """{work: [CPU seconds of each step, painting included]} of one program that does them one after the other."""
     program = Program(screen, command)
     try:
-        program.window()
-        program.rest()
-        window = program.window()
-        screen.tool("windowfocus", "--sync", window)
+        window = program.focus()
 
         def act(actions):
             for action in actions:
